@@ -28,7 +28,8 @@ public:
         or 0 on failure, and writes success to \a ok unless that is null.
 
         A number outside the range of the type is a failure, and so is a text that is not wholly a
-        number; blanks around it are allowed. \a base is 2 to 36, or 0 for the prefixes "0x" and "0".
+        number; blanks around it are allowed. \a base is 2 to 36, or 0 for the prefixes "0x" and
+        "0".
 
         The second form of the signed integers has no base: it always reads base 10.
     */
@@ -99,7 +100,7 @@ public:
         reads "1.005" as "1.5".
     */
     Q_REQUIRED_RESULT static QString revisionToString(unsigned int revision);
-    //! The same for the 16-bit form: two bytes, the minor in at least two digits. 0x0105 gives "1.05".
+    //! The same for the 16-bit form: bytes, the minor in at least two digits. 0x0105 gives "1.05".
     Q_REQUIRED_RESULT static QString revisionToString(unsigned short revision);
     /*!
         Reads "major.minor", or "major" alone, into \a revision and returns success. Each number is

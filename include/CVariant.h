@@ -18,9 +18,9 @@ class QDebug;
 /*!
     The value of a device object together with its data type.
 
-    A CVariant holds a QVariant, the content, and an NTypes::ETypes, the tag. The tag decides how the
-    value is converted, shown, compared and streamed. Each constructor and assignment from a native
-    type stores the content in one form per tag:
+    A CVariant holds a QVariant, the content, and an NTypes::ETypes, the tag. The tag decides how
+    the value is converted, shown, compared and streamed. Each constructor and assignment from a
+    native type stores the content in one form per tag:
 
     | tag                          | content                                             |
     |------------------------------|-----------------------------------------------------|
@@ -37,10 +37,12 @@ class QDebug;
     or the null record if that fails. A tag outside 0..20 can only come from a stream, a text
     constructor or setDefaultValue(); such a value converts to nothing and has no text of its own.
 
-    Stream layout: the content as a QVariant, then the tag as a qint32, in the byte order and version
-    of the stream; both are read as they stand. The library registers the stream functions of the
-    fixed strings (their own layout) and of the date-time record (its 8 bytes in the order of the
-    members, the year as qint16) when it first meets these types.
+    Stream layout: the content as a QVariant, then the tag as a qint32, in the byte order and
+    version of the stream; both are read as they stand, except content that no program should read
+    from a foreign stream: see operator>>(). The library registers the stream functions of the fixed
+    strings (their own layout) and of the date-time record (its 8 bytes in the order of the members,
+    the year as qint16) when it first meets these types; a program's own, registered after that,
+    replace them.
 
     Nothing here throws. Values may be used in different threads, each in one at a time.
 */
@@ -249,9 +251,9 @@ public:
     //! Returns toStr(), but F32 and F64 with 6 digits in the default QLocale, grouped.
     Q_REQUIRED_RESULT QString toLocaleStr() const;
     /*!
-        Returns \a text parsed as \a type. Integers have the prefixes "0x" and "0"; what is no number
-        of 32 (64) bits is 0, and the low bits of one that is are kept: "300" is U8 44. Strings are
-        cut at their capacity; 8-bit strings are Latin-1, not padded. A date-time is
+        Returns \a text parsed as \a type. Integers have the prefixes "0x" and "0"; what is no
+        number of 32 (64) bits is 0, and the low bits of one that is are kept: "300" is U8 44.
+        Strings are cut at their capacity; 8-bit strings are Latin-1, not padded. A date-time is
         "2014-03-05T10:20:30", or the low 32 bits of the record as a number, or else all zeros.
 
         UNKNOWN, F80 and codes that are no type give a null value and the warning
@@ -262,9 +264,9 @@ public:
     CVariant &fromStr(const QString &text);
 
     /*!
-        Returns \a prefix with the lower-case hexadecimal digits of the value, two per byte: unsigned
-        integers and UTF16CHAR zero-padded; strings all bytes in memory order; a date-time its 8
-        bytes as an integer, not padded; nothing for all others.
+        Returns \a prefix with the lower-case hexadecimal digits of the value, two per byte:
+        unsigned integers and UTF16CHAR zero-padded; strings all bytes in memory order; a date-time
+        its 8 bytes as an integer, not padded; nothing for all others.
 
         Signed integers are sign and magnitude, padded between them to the same number of
         characters: I16 -1 is "-001". I8 and I16 keep only the rightmost 2 and 4: -128 is "80".
@@ -287,7 +289,7 @@ public:
     CVariant &fromBitArray(const QBitArray &bits);
 
     /*!
-        Returns the content that a value of \a type starts with: zero, zero bytes or the null record.
+        Returns the content a value of \a type starts with: zero, zero bytes or the null record.
         U8, I8, U16 and I16 start with a Qt Int. UNKNOWN, F80 and codes that are no type have none:
         a null QVariant.
     */
@@ -349,9 +351,13 @@ inline void swap(CVariant &left, CVariant &right) noexcept
 K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CVariant &variant);
 /*!
     \relates CVariant
-    Reads content and tag from \a in into \a variant as they stand: nothing is checked, and any tag
-    is kept. A stream that runs dry leaves tag 0 and the content as far as Qt read it; the stream's
-    status tells.
+    Reads content and tag from \a in into \a variant as they stand: it is not checked that they
+    agree, and any tag is kept. A stream that runs dry leaves tag 0 and the content as far as it was
+    read; the stream's status tells.
+
+    A hostile stream ends promptly and in memory bounded by its size. The content is invalid and the
+    status QDataStream::ReadCorruptData for lists nested deeper than 100 levels, for a QEasingCurve
+    and for a QDateTime in an unknown time zone.
 */
 K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CVariant &variant);
 

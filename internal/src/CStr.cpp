@@ -384,8 +384,8 @@ void CStr::toUtf16(const QString &text, unsigned short *buffer, int bufferBytes)
         return;
     std::memset(buffer, 0, static_cast<std::size_t>(bufferBytes));
     const qint64 terminatorBytes = sizeof(QChar);
-    const qint64 bytes = std::min(bufferBytes - terminatorBytes,
-                                  text.size() * static_cast<qint64>(sizeof(QChar)));
+    const qint64 bytes
+        = std::min(bufferBytes - terminatorBytes, text.size() * static_cast<qint64>(sizeof(QChar)));
     if (bytes > 0)
         std::memcpy(buffer, text.constData(), static_cast<std::size_t>(bytes));
 }

@@ -1,7 +1,9 @@
 #include "CVariant.h"
 
+#include "ContentReader_p.h"
 #include "FixedString_p.h"
 #include "FloatToInteger_p.h"
+#include "NumberText_p.h"
 #include "VariantTypes_p.h"
 
 #include <QBitArray>
@@ -17,8 +19,8 @@
 #include <utility>
 
 // Each operation looks up the row of its tag in VariantTypes::Types and does what the row's kind
-// asks for. Content of the tag's own form is read in place: CVariant(5) is the tag I32 over a Qt Int.
-// Content of any other form goes through QVariant, whose conversions decide.
+// asks for. Content of the tag's own form is read in place: CVariant(5) is the tag I32 over a Qt
+// Int. Content of any other form goes through QVariant, whose conversions decide.
 
 using namespace VariantTypes;
 
@@ -47,7 +49,7 @@ struct Value
 
 // The tag of a value whose content is a T.
 template <class T>
-NTypes::ETypes tagOf()
+constexpr NTypes::ETypes tagOf()
 {
     NTypes::ETypes tag = NTypes::TYPE_UNKNOWN;
     Types::any([&](auto row) {
@@ -90,8 +92,8 @@ To numberCast(From from)
         return static_cast<To>(from);
 }
 
-// The QVariant conversion that reads content of another form than From's tag asks for, and its type:
-// integers below 64 bits as int or unsigned int, floats as double.
+// The QVariant conversion that reads content of another form than From's tag asks for, and its
+// type: integers below 64 bits as int or unsigned int, floats as double.
 template <class From>
 auto widened(const QVariant &content, bool *ok)
 {
@@ -121,36 +123,70 @@ NTypes::tsDateTime toRecord(qint64 bits)
     return record;
 }
 
+// The number that QVariant makes of content of another form than the tag's, and everything else
+// that is not a plain number.
 template <class To>
-To toNumber(Value value, bool *ok)
+Q_NEVER_INLINE To toNumberByQt(Value value, bool *ok)
 {
     bool success = false;
-    To number = 0;
-    Types::visit(value.tag, [&](auto row) {
-        using From = typename decltype(row)::Content;
-        if constexpr (isNumber<row.kind>) {
-            if constexpr (kAlwaysConverts<From, To>) {
-                if (const From *from = contentOf<From>(value.content)) {
-                    number = numberCast<To>(*from);
-                    success = true;
-                    return;
-                }
-            }
-            if (convertsToNumber<To>(value.content)) {
+    const To number = Types::visit(
+        value.tag,
+        [&](auto row) -> To {
+            using From = typename decltype(row)::Content;
+            if (!convertsToNumber<To>(value.content))
+                return 0;
+            if constexpr (isNumber<row.kind>) {
                 const auto from = widened<From>(value.content, &success);
-                if (success)
-                    number = numberCast<To>(from);
-            }
-        } else if constexpr (row.kind == Kind::DateTime) {
-            // Only an application that registered a converter gets here; its result is not used.
-            if (convertsToNumber<To>(value.content)) {
-                number = numberCast<To>(toBits(convertedTo<From>(value.content)));
+                return success ? numberCast<To>(from) : 0;
+            } else if constexpr (row.kind == Kind::DateTime) {
+                // Only with a converter that the application registered; its result is not used.
                 success = true;
+                return numberCast<To>(toBits(convertedTo<From>(value.content)));
+            } else {
+                return 0;
             }
-        }
-    });
+        },
+        [] { return To(0); });
     if (ok)
         *ok = success;
+    return number;
+}
+
+// Writes the number that is content of the tag's own form; returns false if there is none such, or
+// not one that converts to To.
+template <class To>
+Q_ALWAYS_INLINE bool readNumber(Value value, To &number)
+{
+    // The commonest case, which needs no switch.
+    if (value.tag == tagOf<To>()) {
+        const To *content = contentOf<To>(value.content);
+        if (content)
+            number = *content;
+        return content;
+    }
+    return Types::visit(
+        value.tag,
+        [&](auto row) {
+            using From = typename decltype(row)::Content;
+            if constexpr (isNumber<row.kind> && kAlwaysConverts<From, To>) {
+                if (const From *from = contentOf<From>(value.content)) {
+                    number = numberCast<To>(*from);
+                    return true;
+                }
+            }
+            return false;
+        },
+        [] { return false; });
+}
+
+template <class To>
+Q_ALWAYS_INLINE To toNumber(Value value, bool *ok)
+{
+    To number;
+    if (!readNumber(value, number))
+        return toNumberByQt<To>(value, ok);
+    if (ok)
+        *ok = true;
     return number;
 }
 
@@ -200,33 +236,24 @@ QString toText(const NTypes::tsDateTime &record)
     return dateTime.toString(Qt::ISODate);
 }
 
-// The text of a number, with the digits that 'g' notation gives a float of its type.
-template <class Number>
-QString toText(Number value)
-{
-    if constexpr (std::is_same_v<Number, float>)
-        return QString::number(static_cast<double>(value), 'g', 6);
-    else if constexpr (std::is_same_v<Number, double>)
-        return QString::number(value, 'g', 15);
-    else
-        return QString::number(+value); // QString::number() has no overloads below int
-}
-
 QString toText(Value value)
 {
-    QString text;
-    const bool hasType = Types::visit(value.tag, [&](auto row) {
-        using Content = typename decltype(row)::Content;
-        if constexpr (row.kind == Kind::FixedString)
-            text = convertedTo<Content>(value.content).str();
-        else if constexpr (row.kind == Kind::Bytes || row.kind == Kind::Utf16Char)
-            text = (value.content.isValid() ? toContent(convertedTo<Content>(value.content))
-                                            : value.content)
-                       .toString();
-        else
-            text = toText(convertedTo<Content>(value.content));
-    });
-    return hasType ? text : value.content.toString();
+    return Types::visit(
+        value.tag,
+        [&](auto row) {
+            using Content = typename decltype(row)::Content;
+            if constexpr (row.kind == Kind::FixedString)
+                return convertedTo<Content>(value.content).str();
+            else if constexpr (row.kind == Kind::DateTime)
+                return toText(convertedTo<Content>(value.content));
+            else if constexpr (isNumber<row.kind>)
+                return NumberText::toStr(convertedTo<Content>(value.content));
+            else if (value.content.isValid())
+                return toContent(convertedTo<Content>(value.content)).toString();
+            else
+                return QString();
+        },
+        [&] { return value.content.toString(); });
 }
 
 QChar firstUnit(const QString &text)
@@ -256,36 +283,14 @@ String toFixedString(Value value, bool *ok)
     if (!converts)
         return String();
     // A string of the same capacity is copied whole; any other gives its text alone.
-    return value.tag == tagOf<String>() ? convertedTo<String>(value.content) : String(toText(value));
+    return value.tag == tagOf<String>() ? convertedTo<String>(value.content)
+                                        : String(toText(value));
 }
 
-void appendDigits(QString &to, quint64 magnitude, int digits)
+template <class Number, class Comparison>
+bool compareAs(Value left, Value right, Comparison comparison)
 {
-    constexpr char kDigits[] = "0123456789abcdef";
-    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
-        to += QLatin1Char(kDigits[magnitude >> shift & 0xF]);
-}
-
-/*
-    Contract: a negative number is its sign and magnitude, the zeros between them, in as many
-    characters as an unsigned number has; only magnitudes that fill them need one more. 8 and 16 bits
-    keep the rightmost characters, so that -1 is "-1" but -128 is "80".
-*/
-template <class Integer>
-void appendHex(QString &to, Integer value)
-{
-    using Bits = std::make_unsigned_t<Integer>;
-    constexpr int kDigits = 2 * sizeof(Integer);
-    constexpr bool kCutsSign = sizeof(Integer) <= sizeof(qint16);
-
-    const auto bits = static_cast<Bits>(value);
-    if (value >= 0)
-        return appendDigits(to, bits, kDigits);
-    const auto magnitude = static_cast<Bits>(0 - bits);
-    const bool signFits = magnitude >> (4 * (kDigits - 1)) == 0;
-    if (signFits || !kCutsSign)
-        to += QLatin1Char('-');
-    appendDigits(to, magnitude, signFits ? kDigits - 1 : kDigits);
+    return comparison(toNumber<Number>(left, nullptr), toNumber<Number>(right, nullptr));
 }
 
 /*
@@ -295,40 +300,42 @@ void appendHex(QString &to, Integer value)
 template <class Comparison>
 bool compare(Value left, Value right, Comparison comparison, bool untyped)
 {
-    bool result = untyped;
-    Types::visit(left.tag, [&](auto row) {
-        using Content = typename decltype(row)::Content;
-        const auto compareNumbers = [&](auto zero) {
-            using Number = decltype(zero);
-            return comparison(toNumber<Number>(left, nullptr), toNumber<Number>(right, nullptr));
-        };
-        if constexpr (row.kind == Kind::Floating) {
-            result = compareNumbers(Content());
-        } else if constexpr (row.kind == Kind::DateTime) {
-            result = compareNumbers(qint64());
-        } else if constexpr (row.kind == Kind::Integer) {
-            result = compareNumbers(std::conditional_t<std::is_signed_v<Content>, qint64, quint64>());
-        } else {
-            if constexpr (row.kind == Kind::FixedString) {
-                // The usual case, without making the texts.
-                const Content *leftString = contentOf<Content>(left.content);
-                const Content *rightString = contentOf<Content>(right.content);
-                if (leftString && rightString && left.tag == right.tag) {
-                    result = comparison(FixedString::view(*leftString),
-                                        FixedString::view(*rightString));
-                    return;
+    return Types::visit(
+        left.tag,
+        [&](auto row) -> bool {
+            using Content = typename decltype(row)::Content;
+            if constexpr (isNumber<row.kind> || row.kind == Kind::FixedString) {
+                // The usual case, two values of one type, in place and without making any text.
+                const Content *leftContent = contentOf<Content>(left.content);
+                const Content *rightContent = contentOf<Content>(right.content);
+                if (left.tag == right.tag && leftContent && rightContent) {
+                    if constexpr (row.kind == Kind::FixedString)
+                        return comparison(FixedString::compareTexts(*leftContent, *rightContent),
+                                          0);
+                    else
+                        return comparison(*leftContent, *rightContent);
                 }
             }
-            result = comparison(toText(left), toText(right));
-        }
-    });
-    return result;
+            if constexpr (row.kind == Kind::Floating)
+                return compareAs<Content>(left, right, comparison);
+            else if constexpr (row.kind == Kind::DateTime || std::is_signed_v<Content>)
+                return compareAs<qint64>(left, right, comparison);
+            else if constexpr (row.kind == Kind::Integer)
+                return compareAs<quint64>(left, right, comparison);
+            else
+                return comparison(toText(left), toText(right));
+        },
+        [untyped] { return untyped; });
 }
 
 } // namespace
 
 CVariant::CVariant() noexcept = default;
-CVariant::CVariant(const CVariant &other) = default;
+
+CVariant::CVariant(const CVariant &other) : mValue(copyOf(other.mValue)), mType(other.mType)
+{
+}
+
 CVariant::~CVariant() = default;
 
 CVariant::CVariant(CVariant &&other) noexcept
@@ -337,45 +344,31 @@ CVariant::CVariant(CVariant &&other) noexcept
 {
 }
 
-CVariant::CVariant(unsigned char value)
-    : mValue(toContent(value))
-    , mType(tagOf<unsigned char>())
+CVariant::CVariant(unsigned char value) : mValue(toContent(value)), mType(tagOf<unsigned char>())
 {
 }
 
-CVariant::CVariant(signed char value)
-    : mValue(toContent(value))
-    , mType(tagOf<signed char>())
+CVariant::CVariant(signed char value) : mValue(toContent(value)), mType(tagOf<signed char>())
 {
 }
 
-CVariant::CVariant(unsigned short value)
-    : mValue(toContent(value))
-    , mType(tagOf<unsigned short>())
+CVariant::CVariant(unsigned short value) : mValue(toContent(value)), mType(tagOf<unsigned short>())
 {
 }
 
-CVariant::CVariant(short value)
-    : mValue(toContent(value))
-    , mType(tagOf<short>())
+CVariant::CVariant(short value) : mValue(toContent(value)), mType(tagOf<short>())
 {
 }
 
-CVariant::CVariant(unsigned int value)
-    : mValue(toContent(value))
-    , mType(tagOf<unsigned int>())
+CVariant::CVariant(unsigned int value) : mValue(toContent(value)), mType(tagOf<unsigned int>())
 {
 }
 
-CVariant::CVariant(int value)
-    : mValue(toContent(value))
-    , mType(tagOf<int>())
+CVariant::CVariant(int value) : mValue(toContent(value)), mType(tagOf<int>())
 {
 }
 
-CVariant::CVariant(float value)
-    : mValue(toContent(value))
-    , mType(tagOf<float>())
+CVariant::CVariant(float value) : mValue(toContent(value)), mType(tagOf<float>())
 {
 }
 
@@ -385,26 +378,19 @@ CVariant::CVariant(unsigned long long value)
 {
 }
 
-CVariant::CVariant(long long value)
-    : mValue(toContent(value))
-    , mType(tagOf<long long>())
+CVariant::CVariant(long long value) : mValue(toContent(value)), mType(tagOf<long long>())
 {
 }
 
-CVariant::CVariant(double value)
-    : mValue(toContent(value))
-    , mType(tagOf<double>())
+CVariant::CVariant(double value) : mValue(toContent(value)), mType(tagOf<double>())
 {
 }
 
-CVariant::CVariant(const CString32 &value)
-    : mValue(toContent(value))
-    , mType(tagOf<CString32>())
+CVariant::CVariant(const CString32 &value) : mValue(toContent(value)), mType(tagOf<CString32>())
 {
 }
 
-CVariant::CVariant(const unsigned short (&units)[32])
-    : CVariant(CString32(units))
+CVariant::CVariant(const unsigned short (&units)[32]) : CVariant(CString32(units))
 {
 }
 
@@ -414,14 +400,11 @@ CVariant::CVariant(const char (&bytes)[64])
 {
 }
 
-CVariant::CVariant(const CString128 &value)
-    : mValue(toContent(value))
-    , mType(tagOf<CString128>())
+CVariant::CVariant(const CString128 &value) : mValue(toContent(value)), mType(tagOf<CString128>())
 {
 }
 
-CVariant::CVariant(const unsigned short (&units)[128])
-    : CVariant(CString128(units))
+CVariant::CVariant(const unsigned short (&units)[128]) : CVariant(CString128(units))
 {
 }
 
@@ -437,14 +420,11 @@ CVariant::CVariant(const NTypes::tsDateTime &value)
 {
 }
 
-CVariant::CVariant(const CString64 &value)
-    : mValue(toContent(value))
-    , mType(tagOf<CString64>())
+CVariant::CVariant(const CString64 &value) : mValue(toContent(value)), mType(tagOf<CString64>())
 {
 }
 
-CVariant::CVariant(const unsigned short (&units)[64])
-    : CVariant(CString64(units))
+CVariant::CVariant(const unsigned short (&units)[64]) : CVariant(CString64(units))
 {
 }
 
@@ -454,15 +434,11 @@ CVariant::CVariant(const char (&bytes)[128])
 {
 }
 
-CVariant::CVariant(QChar value)
-    : mValue(toContent(value))
-    , mType(tagOf<QChar>())
+CVariant::CVariant(QChar value) : mValue(toContent(value)), mType(tagOf<QChar>())
 {
 }
 
-CVariant::CVariant(char value)
-    : mValue(QByteArray(1, value))
-    , mType(NTypes::TYPE_CHAR)
+CVariant::CVariant(char value) : mValue(QByteArray(1, value)), mType(NTypes::TYPE_CHAR)
 {
 }
 
@@ -473,19 +449,16 @@ CVariant::CVariant(NTypes::ETypes type)
         setDefaultValue(type);
 }
 
-CVariant::CVariant(const QString &text, NTypes::ETypes type)
-    : mType(type)
+CVariant::CVariant(const QString &text, NTypes::ETypes type) : mType(type)
 {
     fromStr(text);
 }
 
-CVariant::CVariant(const QBitArray &bits, NTypes::ETypes type)
-    : CVariant(fromBitArray(bits, type))
+CVariant::CVariant(const QBitArray &bits, NTypes::ETypes type) : CVariant(fromBitArray(bits, type))
 {
 }
 
-CVariant::CVariant(const QVariant &value)
-    : mValue(value)
+CVariant::CVariant(const QVariant &value) : mValue(value)
 {
     *this = value;
 }
@@ -672,21 +645,22 @@ bool CVariant::isValid() const
 
 bool CVariant::canConvertTo(NTypes::ETypes target) const
 {
-    bool converts = false;
-    Types::visit(target, [&](auto row) {
-        const auto kind = kindOf(mType);
-        if constexpr (isNumber<row.kind>)
-            converts = convertsToNumber<typename decltype(row)::Content>(mValue);
-        else if constexpr (row.kind == Kind::FixedString || row.kind == Kind::Utf16Char)
-            converts = isText(mType);
-        else if constexpr (row.kind == Kind::Bytes)
-            converts = kind == Kind::Integer || kind == Kind::Floating || kind == Kind::Bytes
-                || kind == Kind::DateTime;
-        else
-            converts = mType == NTypes::TYPE_U64 || mType == NTypes::TYPE_I64
-                || kind == Kind::DateTime;
-    });
-    return converts;
+    return Types::visit(
+        target,
+        [this](auto row) {
+            const auto kind = kindOf(mType);
+            if constexpr (isNumber<row.kind>)
+                return convertsToNumber<typename decltype(row)::Content>(mValue);
+            else if constexpr (row.kind == Kind::DateTime)
+                return mType == NTypes::TYPE_U64 || mType == NTypes::TYPE_I64
+                    || kind == Kind::DateTime;
+            else if constexpr (row.kind == Kind::Bytes)
+                return kind == Kind::Integer || kind == Kind::Floating || kind == Kind::Bytes
+                    || kind == Kind::DateTime;
+            else
+                return isText(mType);
+        },
+        [] { return false; });
 }
 
 signed char CVariant::toI8(bool *ok) const
@@ -926,40 +900,45 @@ CVariant::operator QString() const
 
 QString CVariant::toLocaleStr() const
 {
-    QString text;
-    const bool isFloating = Types::visit(mType, [&](auto row) {
-        if constexpr (row.kind == Kind::Floating) {
-            const double value = convertedTo<typename decltype(row)::Content>(mValue);
-            text = QStringLiteral("%L1").arg(value, 0, 'g', -1);
-        } else {
-            text = toStr();
-        }
-    });
-    return isFloating ? text : toStr();
+    return Types::visit(
+        mType,
+        [this](auto row) {
+            if constexpr (row.kind == Kind::Floating) {
+                const double value = convertedTo<typename decltype(row)::Content>(mValue);
+                return QStringLiteral("%L1").arg(value, 0, 'g', -1);
+            } else {
+                return toStr();
+            }
+        },
+        [this] { return toStr(); });
 }
 
 CVariant CVariant::fromStr(const QString &text, NTypes::ETypes type)
 {
-    CVariant variant;
-    const bool supported = Types::visit(type, [&](auto row) {
-        using Content = typename decltype(row)::Content;
-        if constexpr (isNumber<row.kind>) {
-            variant = parseNumber<Content>(text);
-        } else if constexpr (row.kind == Kind::FixedString) {
-            variant = Content(text);
-        } else if constexpr (row.kind == Kind::Bytes) {
-            // One byte a unit. A null text gives null bytes, which the other forms replace.
-            variant.mValue = text.left(row.bytes).toLatin1();
-            variant.mType = type;
-        } else if constexpr (row.kind == Kind::DateTime) {
-            variant = parseDateTime(text);
-        } else {
-            variant = firstUnit(text);
-        }
-    });
-    if (!supported)
-        warn(kFromStrWarning, type);
-    return variant;
+    return Types::visit(
+        type,
+        [&](auto row) -> CVariant {
+            using Content = typename decltype(row)::Content;
+            if constexpr (isNumber<row.kind>) {
+                return parseNumber<Content>(text);
+            } else if constexpr (row.kind == Kind::FixedString) {
+                return Content(text);
+            } else if constexpr (row.kind == Kind::DateTime) {
+                return parseDateTime(text);
+            } else if constexpr (row.kind == Kind::Utf16Char) {
+                return firstUnit(text);
+            } else {
+                // One byte a unit. A null text gives null bytes, which the other forms replace.
+                CVariant variant;
+                variant.mValue = text.left(row.bytes).toLatin1();
+                variant.mType = type;
+                return variant;
+            }
+        },
+        [type] {
+            warn(kFromStrWarning, type);
+            return CVariant();
+        });
 }
 
 CVariant &CVariant::fromStr(const QString &text)
@@ -972,64 +951,67 @@ CVariant &CVariant::fromStr(const QString &text)
 
 QString CVariant::toHex(const QString &prefix) const
 {
-    QString hex = prefix;
-    Types::visit(mType, [&](auto row) {
-        using Content = typename decltype(row)::Content;
-        if constexpr (row.kind == Kind::Floating)
-            return;
-        const Content content = convertedTo<Content>(mValue);
-        if constexpr (row.kind == Kind::Integer)
-            appendHex(hex, content);
-        else if constexpr (row.kind == Kind::Utf16Char)
-            appendHex(hex, content.unicode());
-        else if constexpr (row.kind == Kind::FixedString)
-            hex += QLatin1String(content.byteArray().toHex());
-        else if constexpr (row.kind == Kind::Bytes)
-            hex += QLatin1String(content.toHex());
-        else if constexpr (row.kind == Kind::DateTime)
-            hex += QString::number(toBits(content), 16);
-    });
-    return hex;
+    return Types::visit(
+        mType,
+        [&](auto row) {
+            const auto content = convertedTo<typename decltype(row)::Content>(mValue);
+            if constexpr (row.kind == Kind::Integer)
+                return NumberText::toHex(prefix, content);
+            else if constexpr (row.kind == Kind::Utf16Char)
+                return NumberText::toHex(prefix, content.unicode());
+            else if constexpr (row.kind == Kind::FixedString)
+                return prefix + QLatin1String(content.byteArray().toHex());
+            else if constexpr (row.kind == Kind::Bytes)
+                return prefix + QLatin1String(content.toHex());
+            else if constexpr (row.kind == Kind::DateTime)
+                return prefix + QString::number(toBits(content), 16);
+            else
+                return prefix;
+        },
+        [&] { return prefix; });
 }
 
 QBitArray CVariant::toBitArray() const
 {
-    QBitArray bits;
-    const bool supported = Types::any([&](auto row) {
-        if constexpr (row.kind == Kind::Integer) {
-            if (row.code == mType) {
-                const auto value = static_cast<quint64>(convertedTo<typename decltype(row)::Content>(mValue));
-                bits.resize(8 * row.bytes);
-                for (int i = 0; i < bits.size(); ++i)
-                    bits.setBit(i, value >> i & 1);
-                return true;
-            }
-        }
-        return false;
-    });
-    if (!supported)
+    const auto unsupported = [this] {
         warn(kToBitArrayWarning, mType);
-    return bits;
+        return QBitArray();
+    };
+    return Types::visit(
+        mType,
+        [&](auto row) {
+            if constexpr (row.kind == Kind::Integer) {
+                const auto value = convertedTo<typename decltype(row)::Content>(mValue);
+                QBitArray bits(8 * row.bytes);
+                for (int i = 0; i < bits.size(); ++i)
+                    bits.setBit(i, static_cast<quint64>(value) >> i & 1);
+                return bits;
+            } else {
+                return unsupported();
+            }
+        },
+        unsupported);
 }
 
 CVariant CVariant::fromBitArray(const QBitArray &bits, NTypes::ETypes type)
 {
-    CVariant variant;
-    const bool supported = Types::any([&](auto row) {
-        if constexpr (row.kind == Kind::Integer) {
-            if (row.code == type) {
+    const auto unsupported = [type] {
+        warn(kFromBitArrayWarning, type);
+        return CVariant();
+    };
+    return Types::visit(
+        type,
+        [&](auto row) -> CVariant {
+            if constexpr (row.kind == Kind::Integer) {
                 quint64 value = 0;
                 for (int i = 0; i < std::min(bits.size(), 8 * row.bytes); ++i)
                     value |= static_cast<quint64>(bits.testBit(i)) << i;
-                variant = static_cast<typename decltype(row)::Content>(value);
-                return true;
+                return static_cast<typename decltype(row)::Content>(value);
+            } else {
+                return unsupported();
             }
-        }
-        return false;
-    });
-    if (!supported)
-        warn(kFromBitArrayWarning, type);
-    return variant;
+        },
+        unsupported);
 }
 
 CVariant &CVariant::fromBitArray(const QBitArray &bits)
@@ -1039,18 +1021,18 @@ CVariant &CVariant::fromBitArray(const QBitArray &bits)
 
 QVariant CVariant::defaultValue(NTypes::ETypes type) const
 {
-    QVariant value;
-    Types::visit(type, [&](auto row) {
-        using Content = typename decltype(row)::Content;
-        // Contract: the narrow integers start with an int, which their streams then carry.
-        if constexpr (row.kind == Kind::Bytes)
-            value = QByteArray(row.bytes, '\0');
-        else if constexpr (row.kind == Kind::Integer && row.bytes < sizeof(int))
-            value = toContent(0);
-        else
-            value = toContent(Content());
-    });
-    return value;
+    return Types::visit(
+        type,
+        [](auto row) -> QVariant {
+            // Contract: the narrow integers start with an int, which their streams then carry.
+            if constexpr (row.kind == Kind::Bytes)
+                return QByteArray(row.bytes, '\0');
+            else if constexpr (row.kind == Kind::Integer && row.bytes < int(sizeof(int)))
+                return toContent(0);
+            else
+                return toContent(typename decltype(row)::Content());
+        },
+        [] { return QVariant(); });
 }
 
 CVariant &CVariant::setDefaultValue(NTypes::ETypes type)
@@ -1108,8 +1090,9 @@ QDataStream &operator<<(QDataStream &out, const CVariant &variant)
 QDataStream &operator>>(QDataStream &in, CVariant &variant)
 {
     registerContents();
+    ContentReader::read(in, variant.mValue);
     qint32 type = 0;
-    in >> variant.mValue >> type;
+    in >> type;
     variant.mType = static_cast<NTypes::ETypes>(type);
     return in;
 }

@@ -1,6 +1,8 @@
 #ifndef CODETABLE_P_H
 #define CODETABLE_P_H
 
+#include <QLatin1String>
+
 #include <cstddef>
 
 /*!
@@ -8,6 +10,14 @@
     Constant tables whose row i describes code i.
 */
 namespace CodeTable {
+
+//! Returns a name for a row; QLatin1String itself measures a literal at run time with some
+//! compilers.
+template <std::size_t N>
+constexpr QLatin1String name(const char (&text)[N])
+{
+    return QLatin1String(text, static_cast<int>(N - 1));
+}
 
 //! Returns whether the member \a code of each row is the row's index; for static_assert.
 template <class Row, std::size_t Rows, class Code>

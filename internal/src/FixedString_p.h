@@ -9,7 +9,6 @@
 #include <QDebug>
 #include <QSharedData>
 #include <QSharedDataPointer>
-#include <QStringView>
 
 #include <algorithm>
 #include <cstddef>
@@ -108,12 +107,13 @@ struct FixedString
         return CStr::fromUtf16(units(data), sizeof(Array<N>));
     }
 
-    //! Returns the text of \a string without a copy; valid while \a string is neither written nor gone.
+    //! Compares the texts of two strings by unit: less than, equal to or greater than zero.
     template <class String>
-    static QStringView view(const String &string)
+    static int compareTexts(const String &left, const String &right)
     {
-        const auto &from = units(string.mData);
-        return QStringView(from, Utf16::textLength(from, static_cast<int>(std::size(from))));
+        const auto &leftUnits = units(left.mData);
+        return Utf16::compareTexts(leftUnits, units(right.mData),
+                                   static_cast<int>(std::size(leftUnits)));
     }
 
     template <class String>

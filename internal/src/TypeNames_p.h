@@ -4,8 +4,6 @@
 #include "CodeTable_p.h"
 #include "NTypes.h"
 
-#include <QLatin1String>
-
 /*!
     \internal
     The text names of the data types: row i is type i.
@@ -20,27 +18,27 @@ struct Row
 };
 
 constexpr Row kRows[] = {
-    {NTypes::TYPE_UNKNOWN, QLatin1String("UNKNOWN"), false},
-    {NTypes::TYPE_U8, QLatin1String("U8"), true},
-    {NTypes::TYPE_I8, QLatin1String("I8"), true},
-    {NTypes::TYPE_U16, QLatin1String("U16"), true},
-    {NTypes::TYPE_I16, QLatin1String("I16"), true},
-    {NTypes::TYPE_U32, QLatin1String("U32"), true},
-    {NTypes::TYPE_I32, QLatin1String("I32"), true},
-    {NTypes::TYPE_F32, QLatin1String("F32"), true},
-    {NTypes::TYPE_U64, QLatin1String("U64"), true},
-    {NTypes::TYPE_I64, QLatin1String("I64"), true},
-    {NTypes::TYPE_F64, QLatin1String("F64"), true},
-    {NTypes::TYPE_F80, QLatin1String("F80"), false},
-    {NTypes::TYPE_STRING32, QLatin1String("STRING32"), true},
-    {NTypes::TYPE_CHARSTR64, QLatin1String("CHARSTR64"), true},
-    {NTypes::TYPE_STRING128, QLatin1String("STRING128"), true},
-    {NTypes::TYPE_CHARSTR256, QLatin1String("CHARSTR256"), true},
-    {NTypes::TYPE_DATETIME, QLatin1String("DATETIME"), true},
-    {NTypes::TYPE_STRING64, QLatin1String("STRING64"), true},
-    {NTypes::TYPE_CHARSTR128, QLatin1String("CHARSTR128"), true},
-    {NTypes::TYPE_UTF16CHAR, QLatin1String("UTF16CHAR"), true},
-    {NTypes::TYPE_CHAR, QLatin1String("CHAR"), true},
+    {NTypes::TYPE_UNKNOWN, CodeTable::name("UNKNOWN"), false},
+    {NTypes::TYPE_U8, CodeTable::name("U8"), true},
+    {NTypes::TYPE_I8, CodeTable::name("I8"), true},
+    {NTypes::TYPE_U16, CodeTable::name("U16"), true},
+    {NTypes::TYPE_I16, CodeTable::name("I16"), true},
+    {NTypes::TYPE_U32, CodeTable::name("U32"), true},
+    {NTypes::TYPE_I32, CodeTable::name("I32"), true},
+    {NTypes::TYPE_F32, CodeTable::name("F32"), true},
+    {NTypes::TYPE_U64, CodeTable::name("U64"), true},
+    {NTypes::TYPE_I64, CodeTable::name("I64"), true},
+    {NTypes::TYPE_F64, CodeTable::name("F64"), true},
+    {NTypes::TYPE_F80, CodeTable::name("F80"), false},
+    {NTypes::TYPE_STRING32, CodeTable::name("STRING32"), true},
+    {NTypes::TYPE_CHARSTR64, CodeTable::name("CHARSTR64"), true},
+    {NTypes::TYPE_STRING128, CodeTable::name("STRING128"), true},
+    {NTypes::TYPE_CHARSTR256, CodeTable::name("CHARSTR256"), true},
+    {NTypes::TYPE_DATETIME, CodeTable::name("DATETIME"), true},
+    {NTypes::TYPE_STRING64, CodeTable::name("STRING64"), true},
+    {NTypes::TYPE_CHARSTR128, CodeTable::name("CHARSTR128"), true},
+    {NTypes::TYPE_UTF16CHAR, CodeTable::name("UTF16CHAR"), true},
+    {NTypes::TYPE_CHAR, CodeTable::name("CHAR"), true},
 };
 static_assert(CodeTable::indexIsCode(kRows, &Row::type));
 

@@ -12,26 +12,59 @@
 */
 namespace Utf16 {
 
-/*!
-    Returns the units before the first zero unit among the \a units units at \a memory, or all.
+//! The units that are tested at a time.
+constexpr int kWordUnits = sizeof(quint64) / sizeof(quint16);
 
-    Four units are tested at a time: subtracting 1 from each lane of a word sets the top bit of a
-    lane that was clear before only in a word that holds a zero lane.
+//! Returns the word of units from unit \a index of \a memory on.
+inline quint64 wordAt(const void *memory, int index)
+{
+    return qFromUnaligned<quint64>(static_cast<const uchar *>(memory) + 2 * index);
+}
+
+inline quint16 unitAt(const void *memory, int index)
+{
+    return qFromUnaligned<quint16>(static_cast<const uchar *>(memory) + 2 * index);
+}
+
+/*!
+    Returns whether one of the units of \a word is zero: only then does subtracting 1 from each unit
+    set a top bit that was clear.
 */
-inline int textLength(const void *memory, int units)
+inline bool hasZeroUnit(quint64 word)
 {
     constexpr quint64 kOnes = Q_UINT64_C(0x0001000100010001);
     constexpr quint64 kTops = Q_UINT64_C(0x8000800080008000);
-    const auto *bytes = static_cast<const uchar *>(memory);
+    return ((word - kOnes) & ~word & kTops) != 0;
+}
+
+//! Returns the units before the first zero unit among the \a units units at \a memory, or all.
+inline int textLength(const void *memory, int units)
+{
     int i = 0;
-    for (; i + 4 <= units; i += 4) {
-        const auto word = qFromUnaligned<quint64>(bytes + 2 * i);
-        if (((word - kOnes) & ~word & kTops) != 0)
-            break;
-    }
-    while (i < units && qFromUnaligned<quint16>(bytes + 2 * i) != 0)
+    while (i + kWordUnits <= units && !hasZeroUnit(wordAt(memory, i)))
+        i += kWordUnits;
+    while (i < units && unitAt(memory, i) != 0)
         ++i;
     return i;
+}
+
+/*!
+    Compares the texts in two arrays of \a units units each, by unit: less than, equal to or greater
+    than zero. Nothing behind a terminator is looked at.
+*/
+inline int compareTexts(const void *left, const void *right, int units)
+{
+    int i = 0;
+    while (i + kWordUnits <= units && wordAt(left, i) == wordAt(right, i)
+           && !hasZeroUnit(wordAt(left, i)))
+        i += kWordUnits;
+    for (; i < units; ++i) {
+        const quint16 unit = unitAt(left, i);
+        const int difference = unit - unitAt(right, i);
+        if (difference != 0 || unit == 0)
+            return difference;
+    }
+    return 0;
 }
 
 //! Returns that text, its units verbatim: no byte order mark is interpreted.

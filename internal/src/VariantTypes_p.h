@@ -11,6 +11,7 @@
 #include <QDataStream>
 #include <QVariant>
 
+#include <new>
 #include <optional>
 #include <type_traits>
 
@@ -39,6 +40,16 @@ struct Row
 template <class... Rows>
 struct RowList
 {
+    /*!
+        Returns \a f(row) for the row of \a code, or \a otherwise() if there is none. Inlined into
+        each caller, where it becomes a switch: it is most of what reading a number takes.
+    */
+    template <class F, class G>
+    Q_ALWAYS_INLINE static auto visit(NTypes::ETypes code, F &&f, G &&otherwise)
+    {
+        return visitFirst<F, G, Rows...>(code, f, otherwise);
+    }
+
     //! Calls \a f with the rows in turn until it returns true, and returns whether it did.
     template <class F>
     static bool any(F &&f)
@@ -46,25 +57,25 @@ struct RowList
         return (f(Rows()) || ...);
     }
 
-    //! Calls \a f with the row of \a code, and returns whether there is one.
-    template <class F>
-    static bool visit(NTypes::ETypes code, F &&f)
+private:
+    template <class F, class G, class First, class... Rest>
+    Q_ALWAYS_INLINE static auto visitFirst(NTypes::ETypes code, F &f, G &otherwise)
     {
-        return ((Rows::code == code && (f(Rows()), true)) || ...);
+        if (First::code == code)
+            return f(First());
+        if constexpr (sizeof...(Rest) > 0)
+            return visitFirst<F, G, Rest...>(code, f, otherwise);
+        else
+            return otherwise();
     }
 };
 
 using Types = RowList<
-    Row<NTypes::TYPE_U8, Kind::Integer, quint8>,
-    Row<NTypes::TYPE_I8, Kind::Integer, signed char>,
-    Row<NTypes::TYPE_U16, Kind::Integer, quint16>,
-    Row<NTypes::TYPE_I16, Kind::Integer, qint16>,
-    Row<NTypes::TYPE_U32, Kind::Integer, quint32>,
-    Row<NTypes::TYPE_I32, Kind::Integer, qint32>,
-    Row<NTypes::TYPE_F32, Kind::Floating, float>,
-    Row<NTypes::TYPE_U64, Kind::Integer, quint64>,
-    Row<NTypes::TYPE_I64, Kind::Integer, qint64>,
-    Row<NTypes::TYPE_F64, Kind::Floating, double>,
+    Row<NTypes::TYPE_U8, Kind::Integer, quint8>, Row<NTypes::TYPE_I8, Kind::Integer, signed char>,
+    Row<NTypes::TYPE_U16, Kind::Integer, quint16>, Row<NTypes::TYPE_I16, Kind::Integer, qint16>,
+    Row<NTypes::TYPE_U32, Kind::Integer, quint32>, Row<NTypes::TYPE_I32, Kind::Integer, qint32>,
+    Row<NTypes::TYPE_F32, Kind::Floating, float>, Row<NTypes::TYPE_U64, Kind::Integer, quint64>,
+    Row<NTypes::TYPE_I64, Kind::Integer, qint64>, Row<NTypes::TYPE_F64, Kind::Floating, double>,
     Row<NTypes::TYPE_STRING32, Kind::FixedString, CString32, 64>,
     Row<NTypes::TYPE_CHARSTR64, Kind::Bytes, QByteArray, 64>,
     Row<NTypes::TYPE_STRING128, Kind::FixedString, CString128, 256>,
@@ -78,9 +89,9 @@ using Types = RowList<
 //! Returns the kind of \a type; nothing for UNKNOWN, F80 and codes that are no type.
 inline std::optional<Kind> kindOf(NTypes::ETypes type)
 {
-    std::optional<Kind> kind;
-    Types::visit(type, [&](auto row) { kind = row.kind; });
-    return kind;
+    return Types::visit(
+        type, [](auto row) { return std::optional<Kind>(row.kind); },
+        [] { return std::optional<Kind>(); });
 }
 
 //! Returns whether a value of \a type is a string or a character.
@@ -161,7 +172,9 @@ const T *contentOf(const QVariant &value)
     const QVariant::DataPtr &data = value.data_ptr();
     if (static_cast<int>(data.type) != contentId<T>())
         return nullptr;
-    return static_cast<const T *>(data.is_shared ? data.data.shared->ptr : &data.data);
+    // Numbers are never shared.
+    const bool isShared = !std::is_arithmetic_v<T> && data.is_shared;
+    return static_cast<const T *>(isShared ? data.data.shared->ptr : &data.data);
 }
 
 //! Returns the content of \a value converted to \a T; 0, empty or the null record if it does not.
@@ -178,9 +191,47 @@ T convertedTo(const QVariant &value)
 
 //! Returns a QVariant that holds \a content as a \a T.
 template <class T>
-QVariant toContent(const T &content)
+std::enable_if_t<!std::is_arithmetic_v<T>, QVariant> toContent(const T &content)
 {
     return QVariant(contentId<T>(), &content);
+}
+
+//! \overload Does the same for a number without the way through Qt's table of types.
+template <class T>
+std::enable_if_t<std::is_arithmetic_v<T>, QVariant> toContent(T content)
+{
+    constexpr uint kIdMask = (1U << 30) - 1;
+    QVariant value;
+    QVariant::DataPtr &data = value.data_ptr();
+    data.type = kIdMask & static_cast<uint>(contentId<T>());
+    data.is_null = false;
+    new (&data.data) T(content);
+    return value;
+}
+
+/*!
+    Returns whether \a value holds a number. Its members alone are then the whole value: it is never
+    shared, and there is nothing to destroy.
+*/
+inline bool isNumberContent(const QVariant &value)
+{
+    constexpr auto bit = [](int id) { return Q_UINT64_C(1) << id; };
+    constexpr quint64 kIds = bit(QMetaType::UChar) | bit(QMetaType::SChar) | bit(QMetaType::UShort)
+        | bit(QMetaType::Short) | bit(QMetaType::UInt) | bit(QMetaType::Int) | bit(QMetaType::Float)
+        | bit(QMetaType::ULongLong) | bit(QMetaType::LongLong) | bit(QMetaType::Double);
+    const QVariant::DataPtr &data = value.data_ptr();
+    return data.type < 64 && (kIds >> data.type & 1) != 0;
+}
+
+//! Returns a copy of \a value; numbers are copied in place.
+inline QVariant copyOf(const QVariant &value)
+{
+    const auto copyNumber = [](const QVariant &number) {
+        QVariant copy;
+        copy.data_ptr() = number.data_ptr();
+        return copy;
+    };
+    return Q_LIKELY(isNumberContent(value)) ? copyNumber(value) : QVariant(value);
 }
 
 } // namespace VariantTypes

@@ -1,0 +1,58 @@
+#ifndef PAIRS_H
+#define PAIRS_H
+
+#include "Allocations.h"
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+/*!
+    Benchmarks in pairs: one of ours beside its peer, in the same program and run.
+*/
+namespace Pairs {
+
+//! What ours may take: \a ratio times the peer plus \a extraNs, and \a allocations of memory.
+struct Limit
+{
+    double ratio = 1;
+    double extraNs = 0;
+    long allocations = -1; //!< -1: as many as it likes
+};
+
+void add(const std::string &name, const Limit &limit, long allocations);
+
+template <class F>
+void addBenchmark(const std::string &name, F f)
+{
+    benchmark::RegisterBenchmark(name.c_str(), [f](benchmark::State &state) {
+        F operation = f;
+        for ([[maybe_unused]] auto _ : state)
+            benchmark::DoNotOptimize(operation());
+    });
+}
+
+template <class F>
+long allocationsOf(F f)
+{
+    benchmark::DoNotOptimize(f()); // what only the first call does is not counted
+    const long before = allocations();
+    benchmark::DoNotOptimize(f());
+    return allocations() - before;
+}
+
+//! Registers a pair; each function does one operation and returns its result.
+template <class Ours, class Peer>
+void add(const std::string &name, const Limit &limit, Ours ours, Peer peer)
+{
+    add(name, limit, allocationsOf(ours));
+    addBenchmark(name + "/ours", ours);
+    addBenchmark(name + "/peer", peer);
+}
+
+} // namespace Pairs
+
+void addUnitParserPairs();
+void addVariantPairs();
+
+#endif // PAIRS_H

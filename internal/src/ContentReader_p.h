@@ -1,0 +1,26 @@
+#ifndef CONTENTREADER_P_H
+#define CONTENTREADER_P_H
+
+class QDataStream;
+class QVariant;
+
+/*!
+    \internal
+    Reads what operator<<(QDataStream &, const QVariant &) wrote, from a stream that may be hostile.
+*/
+namespace ContentReader {
+
+/*!
+    Reads a QVariant from \a in into \a value, with the result that operator>>() would have.
+
+    Qt's own reader allocates room for as many elements as a list claims to have, and descends as
+    deep as lists of lists go: a few bytes can exhaust memory or stack. Here memory is bounded by
+    the bytes that are there. QDataStream::ReadCorruptData is set, and the content is invalid, for
+    what is nested deeper than 100 levels, an easing curve (its stream holds the address of a
+    function) and a date-time in an unknown time zone (Qt crashes when it writes that).
+*/
+void read(QDataStream &in, QVariant &value);
+
+} // namespace ContentReader
+
+#endif // CONTENTREADER_P_H

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Installs what is missing, configures, builds and runs all tests.
+set -eu
+cd "$(dirname "$0")"
+. cmake/prepare.sh
+
+need_packages
+build "${K7E_PRESET:-dev}"
+ctest --preset "${K7E_PRESET:-dev}"
