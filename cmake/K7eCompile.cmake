@@ -1,3 +1,5 @@
+set(CMAKE_CXX_EXTENSIONS OFF)
+
 # How our own code is compiled: linked privately by every target of this project, never exported.
 add_library(k7e_compile INTERFACE)
 target_compile_options(k7e_compile INTERFACE

@@ -159,7 +159,7 @@ Q_ALWAYS_INLINE bool readNumber(Value value, To &number)
 {
     // The commonest case, which needs no switch.
     if (value.tag == tagOf<To>()) {
-        const To *content = contentOf<To>(value.content);
+        const auto *content = contentOf<To>(value.content);
         if (content)
             number = *content;
         return content;
@@ -169,7 +169,7 @@ Q_ALWAYS_INLINE bool readNumber(Value value, To &number)
         [&](auto row) {
             using From = typename decltype(row)::Content;
             if constexpr (isNumber<row.kind> && kAlwaysConverts<From, To>) {
-                if (const From *from = contentOf<From>(value.content)) {
+                if (const auto *from = contentOf<From>(value.content)) {
                     number = numberCast<To>(*from);
                     return true;
                 }
@@ -306,8 +306,8 @@ bool compare(Value left, Value right, Comparison comparison, bool untyped)
             using Content = typename decltype(row)::Content;
             if constexpr (isNumber<row.kind> || row.kind == Kind::FixedString) {
                 // The usual case, two values of one type, in place and without making any text.
-                const Content *leftContent = contentOf<Content>(left.content);
-                const Content *rightContent = contentOf<Content>(right.content);
+                const auto *leftContent = contentOf<Content>(left.content);
+                const auto *rightContent = contentOf<Content>(right.content);
                 if (left.tag == right.tag && leftContent && rightContent) {
                     if constexpr (row.kind == Kind::FixedString)
                         return comparison(FixedString::compareTexts(*leftContent, *rightContent),
@@ -583,7 +583,8 @@ CVariant &CVariant::operator=(const char &value)
 
 CVariant &CVariant::operator=(const QBitArray &bits)
 {
-    return fromBitArray(bits);
+    fromBitArray(bits);
+    return *this;
 }
 
 CVariant &CVariant::operator=(const QVariant &value)
@@ -593,7 +594,7 @@ CVariant &CVariant::operator=(const QVariant &value)
     const bool taken = Types::any([&](auto row) {
         using Content = typename decltype(row)::Content;
         if constexpr (row.kind != Kind::Bytes && row.kind != Kind::DateTime) {
-            if (const Content *content = contentOf<Content>(value)) {
+            if (const auto *content = contentOf<Content>(value)) {
                 *this = CVariant(*content);
                 return true;
             }
@@ -904,8 +905,8 @@ QString CVariant::toLocaleStr() const
         mType,
         [this](auto row) {
             if constexpr (row.kind == Kind::Floating) {
-                const double value = convertedTo<typename decltype(row)::Content>(mValue);
-                return QStringLiteral("%L1").arg(value, 0, 'g', -1);
+                const auto value = convertedTo<typename decltype(row)::Content>(mValue);
+                return QStringLiteral("%L1").arg(static_cast<double>(value), 0, 'g', -1);
             } else {
                 return toStr();
             }

@@ -102,14 +102,6 @@ QVariant readMap(QDataStream &in, int depth)
     return QVariant::fromValue(complete ? static_cast<const Map &>(map) : Map());
 }
 
-// The type id that Qt writes for every type that is not its own; its name follows.
-quint32 userTypeId(const QDataStream &in)
-{
-    constexpr quint32 kUserTypeOfQt4 = 127;
-    constexpr quint32 kUserType = QMetaType::User;
-    return in.version() < QDataStream::Qt_5_0 ? kUserTypeOfQt4 : kUserType;
-}
-
 // Returns whether Qt's own reader is not safe for the type.
 bool isReadHere(int type)
 {
@@ -130,11 +122,20 @@ bool isReadHere(int type)
 // Returns the type id that comes next in the stream, which stays where it is.
 quint32 peekType(const QDataStream &in)
 {
-    QByteArray bytes = in.device() ? in.device()->peek(sizeof(quint32)) : QByteArray();
+    const QByteArray bytes = in.device() ? in.device()->peek(sizeof(quint32)) : QByteArray();
     if (bytes.size() < static_cast<int>(sizeof(quint32)))
         return QMetaType::UnknownType;
-    return in.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<quint32>(bytes.constData())
-                                                    : qFromLittleEndian<quint32>(bytes.constData());
+    const quint32 type = in.byteOrder() == QDataStream::BigEndian
+        ? qFromBigEndian<quint32>(bytes.constData())
+        : qFromLittleEndian<quint32>(bytes.constData());
+    if (in.version() >= QDataStream::Qt_5_0 || type == QMetaType::User)
+        return type;
+    // Streams of Qt 4 count the types in another way.
+    constexpr quint32 kUserTypeOfQt4 = 127;
+    constexpr quint32 kShiftFromQt4 = 97;
+    if (type == kUserTypeOfQt4)
+        return QMetaType::User;
+    return type > kUserTypeOfQt4 ? type - kShiftFromQt4 : type;
 }
 
 void readBody(QDataStream &in, QVariant &value, int type, int depth)
@@ -188,7 +189,7 @@ void readContent(QDataStream &in, QVariant &value, int depth)
     // QVariant keeps 30 bits of a type id, whatever the stream says.
     constexpr quint32 kIdMask = (1U << 30) - 1;
     const quint32 next = peekType(in);
-    const bool isUserType = next == userTypeId(in);
+    const bool isUserType = next == QMetaType::User;
     int id = static_cast<int>(next & kIdMask);
     if (!isUserType && !isReadHere(id)) {
         in >> value;

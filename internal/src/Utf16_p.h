@@ -4,6 +4,7 @@
 #include <QString>
 #include <QtEndian>
 
+#include <cstddef>
 #include <cstring>
 
 /*!
@@ -15,15 +16,22 @@ namespace Utf16 {
 //! The units that are tested at a time.
 constexpr int kWordUnits = sizeof(quint64) / sizeof(quint16);
 
-//! Returns the word of units from unit \a index of \a memory on.
+//! Returns the \a Word from unit \a index of \a memory on, at any address.
+template <class Word>
+Word readAt(const void *memory, int index)
+{
+    constexpr std::ptrdiff_t kUnitBytes = sizeof(quint16);
+    return qFromUnaligned<Word>(static_cast<const uchar *>(memory) + kUnitBytes * index);
+}
+
 inline quint64 wordAt(const void *memory, int index)
 {
-    return qFromUnaligned<quint64>(static_cast<const uchar *>(memory) + 2 * index);
+    return readAt<quint64>(memory, index);
 }
 
 inline quint16 unitAt(const void *memory, int index)
 {
-    return qFromUnaligned<quint16>(static_cast<const uchar *>(memory) + 2 * index);
+    return readAt<quint16>(memory, index);
 }
 
 /*!
@@ -32,8 +40,8 @@ inline quint16 unitAt(const void *memory, int index)
 */
 inline bool hasZeroUnit(quint64 word)
 {
-    constexpr quint64 kOnes = Q_UINT64_C(0x0001000100010001);
-    constexpr quint64 kTops = Q_UINT64_C(0x8000800080008000);
+    constexpr auto kOnes = Q_UINT64_C(0x0001000100010001);
+    constexpr auto kTops = Q_UINT64_C(0x8000800080008000);
     return ((word - kOnes) & ~word & kTops) != 0;
 }
 
@@ -59,7 +67,7 @@ inline int compareTexts(const void *left, const void *right, int units)
            && !hasZeroUnit(wordAt(left, i)))
         i += kWordUnits;
     for (; i < units; ++i) {
-        const quint16 unit = unitAt(left, i);
+        const auto unit = unitAt(left, i);
         const int difference = unit - unitAt(right, i);
         if (difference != 0 || unit == 0)
             return difference;
