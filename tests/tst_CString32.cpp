@@ -1,0 +1,3 @@
+#include "FixedStringTest.h"
+
+QTEST_APPLESS_MAIN(FixedStringTest)
