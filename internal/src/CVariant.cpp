@@ -282,9 +282,13 @@ String toFixedString(Value value, bool *ok)
         *ok = converts;
     if (!converts)
         return String();
-    // A string of the same capacity is copied whole; any other gives its text alone.
-    return value.tag == tagOf<String>() ? convertedTo<String>(value.content)
-                                        : String(toText(value));
+    // A string of the same capacity is copied whole; any other value gives its text alone.
+    if (value.tag == tagOf<String>())
+        return convertedTo<String>(value.content);
+    // Contract: content that is no QChar is not made one first, as it is for its text elsewhere.
+    if (value.tag == NTypes::TYPE_UTF16CHAR)
+        return String(value.content.toString());
+    return String(toText(value));
 }
 
 template <class Number, class Comparison>

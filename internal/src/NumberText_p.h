@@ -30,12 +30,12 @@ std::enable_if_t<std::is_integral_v<Integer>, QString> toStr(Integer value)
 
     The C++ library rounds the same way except for a value half-way between two texts, which it
     rounds to even and Qt rounds up. Such a value has exactly one digit more than asked for, a 5; it
-    is left to Qt, and so are NaN and the infinities.
+    is left to Qt, and so are zero, which Qt writes without a sign, NaN and the infinities.
 */
 template <int Digits>
 QString toStrRounded(double value)
 {
-    if (!std::isfinite(value))
+    if (value == 0 || !std::isfinite(value))
         return QString::number(value, 'g', Digits);
     // A sign, the point, "e-308" and one digit more: "-1.234567890123455e-308" for 15 digits.
     char text[Digits + 9];
