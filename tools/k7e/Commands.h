@@ -1,0 +1,18 @@
+#ifndef COMMANDS_H
+#define COMMANDS_H
+
+class Console;
+class QStringList;
+
+/*
+    The commands of the program, each in a source file of its name. Each takes its own part of the
+    command line, with "k7e <command>" in the place of the program's name, and leaves the exit
+    status in the console.
+*/
+void runObjects(const QStringList &arguments, Console &console);
+void runStream(const QStringList &arguments, Console &console);
+void runTypes(const QStringList &arguments, Console &console);
+void runUnits(const QStringList &arguments, Console &console);
+void runValue(const QStringList &arguments, Console &console);
+
+#endif // COMMANDS_H

@@ -1,0 +1,81 @@
+#include "CommandLine.h"
+#include "Commands.h"
+#include "Console.h"
+#include "ValueText.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <algorithm>
+#include <clocale>
+#include <iterator>
+
+namespace {
+
+struct Command
+{
+    const char *name;
+    const char *summary;
+    void (*run)(const QStringList &arguments, Console &console);
+};
+
+constexpr Command kCommands[] = {
+    {"objects", "shows the values of an object list, sets some, writes them to a file",
+     &runObjects},
+    {"stream", "shows the values in a file that \"objects\" wrote", &runStream},
+    {"units", "shows the object units", &runUnits},
+    {"types", "shows the data types", &runTypes},
+    {"value", "shows a value given as text in all its forms", &runValue},
+};
+
+QString description()
+{
+    QString text = QStringLiteral("Shows and sets the values of the objects of a drive.\n\n"
+                                  "Commands (\"k7e COMMAND --help\" tells more):\n");
+    for (const Command &command : kCommands) {
+        text += QStringLiteral("  %1%2\n")
+                    .arg(QString(QLatin1String(command.name)).leftJustified(9),
+                         QLatin1String(command.summary));
+    }
+    text += QStringLiteral("\nExit status: 0 if all went well, 1 after an error in a file or a "
+                           "value, 2 after an\nerror in the command line.");
+    return text;
+}
+
+void run(const QStringList &words, Console &console)
+{
+    const QString program = QStringLiteral("k7e");
+    CommandLine line(program, description());
+    line.addArgument(QStringLiteral("COMMAND"), QStringLiteral("One of the commands above."));
+    line.addArgument(QStringLiteral("ARGUMENT"), QStringLiteral("What the command needs."),
+                     CommandLine::Need::AnyNumber);
+    line.endOptionsAtFirstArgument();
+    if (!line.parse(words, console))
+        return;
+    const QString name = line.arguments().first();
+    const auto command
+        = std::find_if(std::begin(kCommands), std::end(kCommands),
+                       [&](const Command &row) { return name == QLatin1String(row.name); });
+    if (command == std::end(kCommands)) {
+        console.usageError(program, QStringLiteral("unknown command \"%1\"").arg(visible(name)));
+        return;
+    }
+    QStringList arguments = line.arguments();
+    arguments.first() = program + QLatin1Char(' ') + name;
+    command->run(arguments, console);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // Arguments and file names are UTF-8 and messages English, whatever the locale is.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    const QCoreApplication application(argc, argv);
+    static_cast<void>(std::setlocale(LC_ALL, "C"));
+    // A damaged file is reported by the command that reads it; Qt's messages do not name the file.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    Console console;
+    run(QCoreApplication::arguments(), console);
+    return console.finish();
+}
