@@ -28,8 +28,8 @@ public:
         or 0 on failure, and writes success to \a ok unless that is null.
 
         A number outside the range of the type is a failure, and so is a text that is not wholly a
-        number; blanks around it are allowed. \a base is 2 to 36, or 0 for the prefixes "0x" and
-        "0".
+        number; blanks around it are allowed. "-0" is no unsigned number. \a base is 2 to 36, or 0
+        for the prefixes "0x" and "0".
 
         The second form of the signed integers has no base: it always reads base 10.
     */
@@ -112,7 +112,7 @@ public:
     /*!
         Reads the one or two numbers that a "." separates in \a text and returns success; a missing
         second number is 0. With more than two pieces both numbers stay as they are; otherwise a
-        piece that is no 32-bit number is 0.
+        piece that is no 32-bit number is 0, and the second is 0 too if the first is none.
     */
     static bool _splitStringAtDot(QString text, int &major, int &minor);
 
@@ -120,9 +120,9 @@ public:
     Q_REQUIRED_RESULT static QString serialToString(unsigned int serial);
 
     /*!
-        Returns a size of \a bytes in the largest of Byte, KiB, MiB, GiB, TiB and PiB of which there
-        are at least ten: "10239 Byte", "10.0 KiB", "1500.0 KiB". Bytes (all negative numbers among
-        them) and PiB are integers.
+        Returns a size of \a bytes in the largest of KiB, MiB, GiB, TiB and PiB of which there are at
+        least ten, else in bytes: "10239 Byte", "10.0 KiB", "1500.0 KiB". Bytes (all negative
+        numbers among them) and PiB are integers.
     */
     Q_REQUIRED_RESULT static QString memSizeToString(long long bytes);
 
@@ -149,8 +149,9 @@ public:
 
     /*!
         Fills \a buffer, which has \a bufferBytes bytes, with the units of \a text and zeros behind
-        them. The last unit is always zero; a longer text is cut. With \a bufferBytes below 1
-        nothing is written, and \a buffer may be null.
+        them. The last two bytes are always zero; a longer text is cut, and if \a bufferBytes is odd
+        it may be cut within a unit. With \a bufferBytes below 1 nothing is written, and \a buffer
+        may be null.
     */
     static void toUtf16(const QString &text, unsigned short *buffer, int bufferBytes);
     /*!

@@ -356,8 +356,8 @@ K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CVariant &variant
     read; the stream's status tells.
 
     A hostile stream ends promptly and in memory bounded by its size. The content is invalid and the
-    status QDataStream::ReadCorruptData for lists nested deeper than 100 levels, for a QEasingCurve
-    and for a QDateTime in an unknown time zone.
+    status QDataStream::ReadCorruptData for lists nested deeper than 100 levels, more than 2^31 - 1
+    bits, a QEasingCurve, and a QDateTime in an unknown time zone.
 */
 K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CVariant &variant);
 

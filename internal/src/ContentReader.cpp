@@ -1,5 +1,6 @@
 #include "ContentReader_p.h"
 
+#include <QBitArray>
 #include <QByteArrayList>
 #include <QDataStream>
 #include <QDateTime>
@@ -11,6 +12,8 @@
 #include <QTimeZone>
 #include <QVariant>
 #include <QtEndian>
+
+#include <limits>
 
 // Content that holds other content, or a number of elements, is read here; everything else by Qt.
 // 00 00 00 09 | 00 | ff ff ff ff is a list that claims 2^32 - 1 elements and has none: it ends as
@@ -112,6 +115,7 @@ bool isReadHere(int type)
     case QMetaType::QStringList:
     case QMetaType::QByteArrayList:
     case QMetaType::QVariant:
+    case QMetaType::QBitArray:
     case QMetaType::QEasingCurve:
         return true;
     default:
@@ -119,15 +123,20 @@ bool isReadHere(int type)
     }
 }
 
-// Returns the type id that comes next in the stream, which stays where it is.
-quint32 peekType(const QDataStream &in)
+// Returns the number that comes next in the stream, which stays where it is; 0 if there is none.
+quint32 peekNumber(const QDataStream &in)
 {
     const QByteArray bytes = in.device() ? in.device()->peek(sizeof(quint32)) : QByteArray();
     if (bytes.size() < static_cast<int>(sizeof(quint32)))
-        return QMetaType::UnknownType;
-    const quint32 type = in.byteOrder() == QDataStream::BigEndian
-        ? qFromBigEndian<quint32>(bytes.constData())
-        : qFromLittleEndian<quint32>(bytes.constData());
+        return 0;
+    return in.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<quint32>(bytes.constData())
+                                                    : qFromLittleEndian<quint32>(bytes.constData());
+}
+
+// Returns the type id that comes next in the stream, which stays where it is.
+quint32 peekType(const QDataStream &in)
+{
+    const quint32 type = peekNumber(in);
     if (in.version() >= QDataStream::Qt_5_0 || type == QMetaType::User)
         return type;
     // Streams of Qt 4 count the types in another way.
@@ -162,6 +171,16 @@ void readBody(QDataStream &in, QVariant &value, int type, int depth)
         value = QVariant(QMetaType::QVariant, &inner);
         break;
     }
+    case QMetaType::QBitArray:
+        // Qt takes a size beyond int for a negative one.
+        if (peekNumber(in) > static_cast<quint32>(std::numeric_limits<int>::max())) {
+            in.setStatus(QDataStream::ReadCorruptData);
+        } else {
+            QBitArray bits;
+            in >> bits;
+            value = bits;
+        }
+        break;
     case QMetaType::QEasingCurve:
         // Its stream holds the address of a function, and no device value is one.
         in.setStatus(QDataStream::ReadCorruptData);
