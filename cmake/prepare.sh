@@ -42,9 +42,14 @@ EOF
     fi
 }
 
-# Configures a preset once and builds it, or the target named.
+# Configures a preset once and builds it, or the target named; quietly if it was built before.
 build() {
     preset=$1
-    [ -e "build/$preset/build.ninja" ] || cmake --preset "$preset"
-    cmake --build --preset "$preset" ${2:+--target "$2"}
+    quiet=--quiet
+    if [ ! -e "build/$preset/build.ninja" ]; then
+        cmake --preset "$preset"
+        quiet=''
+    fi
+    # shellcheck disable=SC2086  # no argument if it is empty
+    cmake --build --preset "$preset" ${2:+--target "$2"} -- $quiet
 }

@@ -120,8 +120,8 @@ public:
     Q_REQUIRED_RESULT static QString serialToString(unsigned int serial);
 
     /*!
-        Returns a size of \a bytes in the largest of KiB, MiB, GiB, TiB and PiB of which there are at
-        least ten, else in bytes: "10239 Byte", "10.0 KiB", "1500.0 KiB". Bytes (all negative
+        Returns a size of \a bytes in the largest of KiB, MiB, GiB, TiB and PiB of which there are
+        at least ten, else in bytes: "10239 Byte", "10.0 KiB", "1500.0 KiB". Bytes (all negative
         numbers among them) and PiB are integers.
     */
     Q_REQUIRED_RESULT static QString memSizeToString(long long bytes);

@@ -33,9 +33,16 @@ class QDebug;
 
     Content of another form arises from defaultValue(), from setDefaultValue() with a type that has
     no default, from a QVariant that is not supported, and from a stream. Every operation is defined
-    on it: it is converted with QVariant::convert() to the form of the tag, and counts as 0, empty
-    or the null record if that fails. A tag outside 0..20 can only come from a stream, a text
-    constructor or setDefaultValue(); such a value converts to nothing and has no text of its own.
+    on it. Text, hexadecimal and bits take it converted with QVariant::convert() to the form of the
+    tag, and as 0, empty or the null record if that fails. Numbers and comparisons take it with
+    QVariant's own conversion to int, unsigned int, a 64-bit integer or double, as the tag has it,
+    and narrow it only then: U8 over the Int 300 is "44", but toU64() gives 300.
+
+    A tag outside 0..20 can only come from a stream, a text constructor or setDefaultValue(). Such a
+    value is no number, character buffer or fixed string, and its text is that of the content.
+
+    A QString is assigned as QVariant(text), or parsed with fromStr(): on its own it would convert to
+    each of the fixed strings as well. So would a long to each of the integers.
 
     Stream layout: the content as a QVariant, then the tag as a qint32, in the byte order and
     version of the stream; both are read as they stand, except content that no program should read
@@ -94,6 +101,7 @@ public:
     virtual ~CVariant();
 
     CVariant &operator=(const CVariant &other);
+    //! Takes the value of \a other, which takes this one's.
     CVariant &operator=(CVariant &&other) noexcept;
     CVariant &operator=(const unsigned char &value);
     CVariant &operator=(const signed char &value);
