@@ -2229,6 +2229,22 @@ void tst_CVariant::streamHostile_data()
     out << quint32{QMetaType::QDateTime} << qint8{0} << QDate(2014, 3, 5) << QTime(10, 20)
         << qint8{Qt::TimeZone} << QStringLiteral("Nowhere/Unknown");
     add("date-time in an unknown zone", dateTime + raw("00000006"), true);
+    const auto inZone = [&raw](const char *zone) {
+        QByteArray bytes = raw("00000010 00 0000000000256859 02376a00 03");
+        QDataStream stream(&bytes, QIODevice::Append);
+        stream << QString::fromLatin1(zone);
+        return bytes + raw("00000006");
+    };
+    add("date-time in a zone of endless rules", inZone("STT5,M13.2.0,0"), true);
+    add("date-time in a zone that is a file", inZone("../../../dev/stdin"), true);
+    add("date-time in a zone that is an absolute file", inZone("/dev/stdin"), true);
+    add("date-time in an unknown zone, by name",
+        raw("00000400 00 0000000a") + QByteArray("QDateTime", 10)
+            + inZone("Nowhere/Unknown").mid(5),
+        true);
+    add("regular expression of many brackets",
+        raw("0000001b 00 00009c40") + repeated(20000, "0028") + raw("01 00 00 00000006"), true);
+    add("list of 2^28 with one element", raw("00000009 00 0fffffff 00000000"), false);
 }
 
 void tst_CVariant::streamHostile()

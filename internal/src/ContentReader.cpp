@@ -6,16 +6,18 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QIODevice>
+#include <QLocale>
 #include <QMultiHash>
 #include <QMultiMap>
 #include <QStringList>
 #include <QTimeZone>
 #include <QVariant>
-#include <QtEndian>
 
+#include <algorithm>
 #include <limits>
 
-// Content that holds other content, or a number of elements, is read here; everything else by Qt.
+// The head of the content is read here, and with it everything that holds other content, a number of
+// elements, or what should not come from a foreign stream; the rest by Qt's own readers.
 // 00 00 00 09 | 00 | ff ff ff ff is a list that claims 2^32 - 1 elements and has none: it ends as
 // an empty list, with QDataStream::ReadPastEnd.
 
@@ -105,131 +107,188 @@ QVariant readMap(QDataStream &in, int depth)
     return QVariant::fromValue(complete ? static_cast<const Map &>(map) : Map());
 }
 
-// Returns whether Qt's own reader is not safe for the type.
-bool isReadHere(int type)
+// Returns the id that a type has today, given the one it has in the stream.
+quint32 currentType(const QDataStream &in, quint32 type)
 {
-    switch (type) {
-    case QMetaType::QVariantList:
-    case QMetaType::QVariantMap:
-    case QMetaType::QVariantHash:
-    case QMetaType::QStringList:
-    case QMetaType::QByteArrayList:
-    case QMetaType::QVariant:
-    case QMetaType::QBitArray:
-    case QMetaType::QEasingCurve:
-        return true;
+    if (in.version() >= QDataStream::Qt_5_0 || type == QMetaType::User)
+        return type;
+    // Qt 4 counted the types in another way.
+    constexpr quint32 kUserTypeOfQt4 = 127;
+    constexpr quint32 kShiftFromQt4 = 97;
+    constexpr quint32 kSizePolicyOfQt4 = 75;
+    constexpr quint32 kLastGuiTypeOfQt4 = 86;
+    if (type == kUserTypeOfQt4)
+        return QMetaType::User;
+    if (type > kUserTypeOfQt4)
+        return type - kShiftFromQt4;
+    if (type == kSizePolicyOfQt4)
+        return QMetaType::QSizePolicy;
+    return type > kSizePolicyOfQt4 && type <= kLastGuiTypeOfQt4 ? type - 1 : type;
+}
+
+// Returns whether a type holds content of any type, its own included.
+bool nests(int type)
+{
+    return type == QMetaType::QVariantList || type == QMetaType::QVariantMap
+        || type == QMetaType::QVariantHash || type == QMetaType::QVariant;
+}
+
+// Refuses what comes next: the content stays invalid.
+void refuse(QDataStream &in)
+{
+    in.setStatus(QDataStream::ReadCorruptData);
+}
+
+void readBits(QDataStream &in, QVariant &value)
+{
+    // Qt takes a size beyond int for a negative one. A piece of the stream is put together again,
+    // since QBitArray has no other way in.
+    quint32 size = 0;
+    in >> size;
+    if (size > static_cast<quint32>(std::numeric_limits<int>::max()))
+        return refuse(in);
+    QByteArray bytes;
+    constexpr int kStep = 1 << 16; // what is claimed is believed only as far as it is there
+    const auto total = static_cast<int>((static_cast<qint64>(size) + 7) / 8);
+    while (bytes.size() < total) {
+        const int step = std::min(kStep, total - bytes.size());
+        const int before = bytes.size();
+        bytes.resize(before + step);
+        if (in.readRawData(bytes.data() + before, step) != step) {
+            in.setStatus(QDataStream::ReadPastEnd);
+            value = QBitArray();
+            return;
+        }
+    }
+    value = QBitArray::fromBits(bytes.constData(), static_cast<int>(size));
+}
+
+/*
+    Returns the zone that QTimeZone reads. A name is looked up as a file of that name, or is read as
+    rules that can keep Qt busy for ever: here it is letters, digits and the signs of the names that
+    there are.
+*/
+QTimeZone readZone(QDataStream &in)
+{
+    QString name;
+    in >> name;
+    if (name == QLatin1String("OffsetFromUtc")) {
+        QString id;
+        QString longName;
+        QString abbreviation;
+        QString comment;
+        qint32 offset = 0;
+        qint32 country = 0;
+        in >> id >> offset >> longName >> abbreviation >> country >> comment;
+        return QTimeZone(id.toUtf8(), offset, longName, abbreviation,
+                         static_cast<QLocale::Country>(country), comment);
+    }
+    const bool isName = std::all_of(name.cbegin(), name.cend(), [](QChar character) {
+        const ushort unit = character.unicode();
+        return (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z')
+            || (unit >= '0' && unit <= '9') || unit == '/' || unit == '_' || unit == '-'
+            || unit == '+';
+    });
+    return isName && !name.startsWith(QLatin1Char('/')) ? QTimeZone(name.toUtf8()) : QTimeZone();
+}
+
+void readDateTime(QDataStream &in, QVariant &value)
+{
+    QDate date;
+    QTime time;
+    qint8 spec = 0;
+    in >> date >> time >> spec;
+    switch (spec) {
+    case Qt::TimeZone: {
+        const QTimeZone zone = readZone(in);
+        // Qt makes a date-time without a zone from it, and crashes when it is to write that.
+        if (!zone.isValid())
+            return refuse(in);
+        value = QDateTime(date, time, zone);
+        break;
+    }
+    case Qt::OffsetFromUTC: {
+        qint32 offset = 0;
+        in >> offset;
+        value = QDateTime(date, time, Qt::OffsetFromUTC, offset);
+        break;
+    }
+    case Qt::LocalTime:
+    case Qt::UTC:
+        value = QDateTime(date, time, static_cast<Qt::TimeSpec>(spec));
+        break;
     default:
-        return false;
+        value = QDateTime();
     }
 }
 
-// Returns the number that comes next in the stream, which stays where it is; 0 if there is none.
-quint32 peekNumber(const QDataStream &in)
-{
-    const QByteArray bytes = in.device() ? in.device()->peek(sizeof(quint32)) : QByteArray();
-    if (bytes.size() < static_cast<int>(sizeof(quint32)))
-        return 0;
-    return in.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<quint32>(bytes.constData())
-                                                    : qFromLittleEndian<quint32>(bytes.constData());
-}
-
-// Returns the type id that comes next in the stream, which stays where it is.
-quint32 peekType(const QDataStream &in)
-{
-    const quint32 type = peekNumber(in);
-    if (in.version() >= QDataStream::Qt_5_0 || type == QMetaType::User)
-        return type;
-    // Streams of Qt 4 count the types in another way.
-    constexpr quint32 kUserTypeOfQt4 = 127;
-    constexpr quint32 kShiftFromQt4 = 97;
-    if (type == kUserTypeOfQt4)
-        return QMetaType::User;
-    return type > kUserTypeOfQt4 ? type - kShiftFromQt4 : type;
-}
-
+// Reads what follows the type id and the null flag.
 void readBody(QDataStream &in, QVariant &value, int type, int depth)
 {
     switch (type) {
     case QMetaType::QVariantList:
         value = readList<QVariantList>(in, depth + 1);
-        break;
+        return;
     case QMetaType::QVariantMap:
         value = readMap<QMultiMap<QString, QVariant>, QVariantMap>(in, depth + 1);
-        break;
+        return;
     case QMetaType::QVariantHash:
         value = readMap<QMultiHash<QString, QVariant>, QVariantHash>(in, depth + 1);
-        break;
+        return;
     case QMetaType::QStringList:
         value = readList<QStringList>(in, depth);
-        break;
+        return;
     case QMetaType::QByteArrayList:
         value = readList<QByteArrayList>(in, depth);
-        break;
+        return;
     case QMetaType::QVariant: {
         QVariant inner;
         readContent(in, inner, depth + 1);
         value = QVariant(QMetaType::QVariant, &inner);
-        break;
+        return;
     }
     case QMetaType::QBitArray:
-        // Qt takes a size beyond int for a negative one.
-        if (peekNumber(in) > static_cast<quint32>(std::numeric_limits<int>::max())) {
-            in.setStatus(QDataStream::ReadCorruptData);
-        } else {
-            QBitArray bits;
-            in >> bits;
-            value = bits;
-        }
+        return readBits(in, value);
+    case QMetaType::QDateTime:
+        if (in.version() >= QDataStream::Qt_5_2)
+            return readDateTime(in, value);
         break;
-    case QMetaType::QEasingCurve:
-        // Its stream holds the address of a function, and no device value is one.
-        in.setStatus(QDataStream::ReadCorruptData);
-        break;
+    case QMetaType::QRegExp:      // is compiled when it is read
+    case QMetaType::QEasingCurve: // holds the address of a function
+        return refuse(in);
     default:
-        value = QVariant(type, nullptr);
-        if (value.isValid() && !QMetaType::load(in, type, value.data())) {
-            in.setStatus(QDataStream::ReadCorruptData);
-            qWarning("QVariant::load: unable to load type %d.", type);
-        }
+        break;
     }
-}
-
-// Qt reads a date-time in a time zone that it does not know, and crashes when it is to write it.
-bool isDateTimeOfNoZone(const QVariant &value)
-{
-    if (value.userType() != QMetaType::QDateTime)
-        return false;
-    const QDateTime dateTime = value.toDateTime();
-    return dateTime.timeSpec() == Qt::TimeZone && !dateTime.timeZone().isValid();
+    value = QVariant(type, nullptr);
+    if (!value.isValid()) {
+        value.clear();
+        if (in.version() < QDataStream::Qt_5_0) {
+            QString nothing; // that Qt 4 wrote
+            in >> nothing;
+        }
+    } else if (!QMetaType::load(in, type, value.data())) {
+        in.setStatus(QDataStream::ReadCorruptData);
+        qWarning("QVariant::load: unable to load type %d.", type);
+    }
 }
 
 void readContent(QDataStream &in, QVariant &value, int depth)
 {
-    // QVariant keeps 30 bits of a type id, whatever the stream says.
-    constexpr quint32 kIdMask = (1U << 30) - 1;
-    const quint32 next = peekType(in);
-    const bool isUserType = next == QMetaType::User;
-    int id = static_cast<int>(next & kIdMask);
-    if (!isUserType && !isReadHere(id)) {
+    if (in.version() < QDataStream::Qt_4_0) {
         in >> value;
-        if (isDateTimeOfNoZone(value)) {
-            value = QDateTime();
-            in.setStatus(QDataStream::ReadCorruptData);
-        }
         return;
     }
     value.clear();
-    if (depth >= kMaxDepth) {
-        in.setStatus(QDataStream::ReadCorruptData);
-        return;
-    }
-
     quint32 type = 0;
     qint8 isNull = 0;
     in >> type;
     if (in.version() >= QDataStream::Qt_4_2)
         in >> isNull;
-    if (isUserType) {
+    type = currentType(in, type);
+    // QVariant keeps 30 bits of a type id, whatever the stream says.
+    constexpr quint32 kIdMask = (1U << 30) - 1;
+    int id = static_cast<int>(type & kIdMask);
+    if (type == QMetaType::User) {
         QByteArray name;
         in >> name;
         id = QMetaType::type(name);
@@ -239,9 +298,11 @@ void readContent(QDataStream &in, QVariant &value, int depth)
             return;
         }
     }
+    if (depth >= kMaxDepth && nests(id))
+        return refuse(in);
     readBody(in, value, id, depth);
     if (value.isValid())
-        value.data_ptr().is_null = isNull != 0;
+        value.data_ptr().is_null = (isNull & 1) != 0;
 }
 
 } // namespace

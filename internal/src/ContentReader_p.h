@@ -16,9 +16,8 @@ namespace ContentReader {
     Qt's own reader allocates room for as many elements as a list claims to have, and descends as
     deep as lists of lists go: a few bytes can exhaust memory or stack. Here memory is bounded by
     the bytes that are there. QDataStream::ReadCorruptData is set, and the content is invalid, for
-    what is nested deeper than 100 levels, more than 2^31 - 1 bits, an easing curve (its stream
-    holds the address of a function) and a date-time in an unknown time zone (Qt crashes when it
-    writes that).
+    what is nested deeper than 100 levels, more than 2^31 - 1 bits, a QRegExp, a QEasingCurve, and a
+    QDateTime in an unknown time zone. Streams of versions before Qt_4_0 are read by Qt.
 */
 void read(QDataStream &in, QVariant &value);
 
