@@ -73,6 +73,9 @@ int main(int argc, char **argv)
 {
     addUnitParserPairs();
     addVariantPairs();
+    addNumberTextPairs();
+    addMathPairs();
+    addTimePairs();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

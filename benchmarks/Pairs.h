@@ -52,6 +52,9 @@ void add(const std::string &name, const Limit &limit, Ours ours, Peer peer)
 
 } // namespace Pairs
 
+void addMathPairs();
+void addNumberTextPairs();
+void addTimePairs();
 void addUnitParserPairs();
 void addVariantPairs();
 

@@ -8,6 +8,7 @@ ninja-build          /usr/bin/ninja
 pkg-config           /usr/bin/pkg-config
 qtbase5-dev          /usr/lib/*/cmake/Qt5Test/Qt5TestConfig.cmake
 libbenchmark-dev     /usr/lib/*/cmake/benchmark/benchmarkConfig.cmake
+zlib1g-dev           /usr/include/zlib.h
 '
 
 # Installs the packages that are missing, or says which and stops.

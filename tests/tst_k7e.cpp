@@ -200,6 +200,13 @@ private Q_SLOTS:
     void types();
     void value_data();
     void value();
+    void number_data();
+    void number();
+    void time_data();
+    void time();
+
+private:
+    static void runRow(const QString &command);
 };
 
 void tst_k7e::help()
@@ -1434,6 +1441,121 @@ void tst_k7e::value()
     QCOMPARE(outcome.out, out);
     QCOMPARE(outcome.errors, errors);
     QCOMPARE(outcome.status, errors.isEmpty() ? 0 : 1);
+}
+
+// Runs a command with the words of the row, and compares both outputs and the exit status.
+void tst_k7e::runRow(const QString &command)
+{
+    QFETCH(QString, words);
+    QFETCH(QString, out);
+    QFETCH(QString, errors);
+    QFETCH(int, status);
+    const Sandbox sandbox;
+    QVERIFY(sandbox.isValid());
+    const Outcome outcome = sandbox.run(QStringList{command} + words.split(QLatin1Char('|')));
+    QCOMPARE(outcome.out, out);
+    QCOMPARE(outcome.errors, errors);
+    QCOMPARE(outcome.status, status);
+}
+
+void tst_k7e::number_data()
+{
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QString>("errors");
+    QTest::addColumn<int>("status");
+    const auto add = [](const char *words, const char *format, const char *what) {
+        QTest::newRow(words)
+            << QString::fromLatin1(words)
+            << QStringLiteral("format  0x%1\n%2\n").arg(QLatin1String(format), QLatin1String(what))
+            << QString() << 0;
+    };
+    const auto addError = [](const char *words, const char *error, int status) {
+        QTest::newRow(words) << QString::fromLatin1(words) << QString()
+                             << QString::fromLatin1(error) << status;
+    };
+    add("write|--decimals|2|--width|7|1234", "01000702", "text    \"  12.34\"");
+    add("write|--decimals|2|--width|7|--|-1234", "01000702", "text    \" -12.-34\"");
+    add("write|--notation|hex|--type|i8|--|-128", "02000000", "text    \"80\"");
+    add("write|--notation|dual|--type|U8|170", "03000000", "text    \"1010.1010\"");
+    add("write|--notation|float|--type|f64|--decimals|3|2.5", "00000003", "text    \"2.500\"");
+    add("write|--shift|2|40", "01020000", "text    \"10\"");
+    add("write|--shift|-1|--width|-4|40", "01fffc00", "text    \"80  \"");
+    add("read|1.000.000", "01000000", "number  1000000");
+    add("read|--type|I8|300", "01000000", "number  44");
+    add("read|--factor|0.5|--|-7", "01000000", "number  -3");
+    add("read|--notation|HEX|--decimals|4|--width|8|--type|U32|1234:5678", "02000804",
+        "number  305419896");
+    addError("read|x", "\"x\" is no I64 in this format\n", 1);
+    addError("write|--type|U8|256", "\"256\" is no U8, or has no text in this notation\n", 1);
+    addError("write|--type|F64|--notation|hex|1",
+             "\"1\" is no F64, or has no text in this notation\n", 1);
+    addError("read|--width|128|1",
+             "k7e number read: \"128\" is no value for --width\n"
+             "Try \"k7e number read --help\".\n",
+             2);
+    addError("read|--type|F80|1",
+             "k7e number read: \"F80\" is no value for --type\n"
+             "Try \"k7e number read --help\".\n",
+             2);
+    addError("write|--notation|oct|1",
+             "k7e number write: \"oct\" is no value for --notation\n"
+             "Try \"k7e number write --help\".\n",
+             2);
+    addError("read|--factor|x|1",
+             "k7e number read: \"x\" is no value for --factor\n"
+             "Try \"k7e number read --help\".\n",
+             2);
+    addError("show",
+             "k7e number: \"show\" is neither read nor write\n"
+             "Try \"k7e number --help\".\n",
+             2);
+}
+
+void tst_k7e::number()
+{
+    runRow(QStringLiteral("number"));
+}
+
+void tst_k7e::time_data()
+{
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QString>("errors");
+    QTest::addColumn<int>("status");
+    QTest::newRow("90 min") << QStringLiteral("90|min|s|h")
+                            << QStringLiteral("UNIT  COUNT  VALUE\n"
+                                              "s      5400   5400\n"
+                                              "h         2    1.5\n")
+                            << QString() << 0;
+    QTest::newRow("all units") << QStringLiteral("1500|\u00b5s")
+                               << QStringLiteral("UNIT       COUNT                 VALUE\n"
+                                                 "ps    1500000000            1500000000\n"
+                                                 "ns       1500000               1500000\n"
+                                                 "\u00b5s          1500                  1500\n"
+                                                 "ms             2                   1.5\n"
+                                                 "s              0                0.0015\n"
+                                                 "min            0               2.5e-05\n"
+                                                 "h              0  4.16666666666667e-07\n")
+                               << QString() << 0;
+    QTest::newRow("a fraction") << QStringLiteral("1.5|s|ms")
+                                << QStringLiteral("UNIT  COUNT  VALUE\n"
+                                                  "ms     1500   1500\n"
+                                                  "cut 1 s, then whole\n")
+                                << QString() << 0;
+    QTest::newRow("unknown target") << QStringLiteral("1|s|ms|sec")
+                                    << QStringLiteral("UNIT  COUNT  VALUE\n"
+                                                      "ms     1000   1000\n")
+                                    << QStringLiteral("unknown unit \"sec\"\n") << 1;
+    QTest::newRow("unknown unit") << QStringLiteral("1|us") << QString()
+                                  << QStringLiteral("unknown unit \"us\"\n") << 1;
+    QTest::newRow("no number") << QStringLiteral("x|s") << QString()
+                               << QStringLiteral("\"x\" is no number\n") << 1;
+}
+
+void tst_k7e::time()
+{
+    runRow(QStringLiteral("time"));
 }
 
 QTEST_GUILESS_MAIN(tst_k7e)

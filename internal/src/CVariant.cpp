@@ -1,6 +1,7 @@
 #include "CVariant.h"
 
 #include "ContentReader_p.h"
+#include "DateTimeRecord_p.h"
 #include "FixedString_p.h"
 #include "FloatToInteger_p.h"
 #include "NumberText_p.h"
@@ -10,7 +11,6 @@
 #include <QDataStream>
 #include <QDateTime>
 #include <QDebug>
-#include <QtEndian>
 
 #include <algorithm>
 #include <cstring>
@@ -109,20 +109,6 @@ auto widened(const QVariant &content, bool *ok)
         return content.toUInt(ok);
 }
 
-// The record as the little-endian integer that its 8 bytes are.
-qint64 toBits(const NTypes::tsDateTime &record)
-{
-    static_assert(sizeof(record) == sizeof(qint64));
-    return qFromLittleEndian<qint64>(&record);
-}
-
-NTypes::tsDateTime toRecord(qint64 bits)
-{
-    NTypes::tsDateTime record;
-    qToLittleEndian(bits, &record);
-    return record;
-}
-
 // The number that QVariant makes of content of another form than the tag's, and everything else
 // that is not a plain number.
 template <class To>
@@ -141,7 +127,7 @@ Q_NEVER_INLINE To toNumberByQt(Value value, bool *ok)
             } else if constexpr (row.kind == Kind::DateTime) {
                 // Only with a converter that the application registered; its result is not used.
                 success = true;
-                return numberCast<To>(toBits(convertedTo<From>(value.content)));
+                return numberCast<To>(DateTimeRecord::toBits(convertedTo<From>(value.content)));
             } else {
                 return 0;
             }
@@ -195,18 +181,10 @@ NTypes::tsDateTime parseDateTime(const QString &text)
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
     if (isNumber)
-        return toRecord(number);
-    NTypes::tsDateTime record;
+        return DateTimeRecord::fromBits(number);
     const QDateTime dateTime = QDateTime::fromString(text, Qt::ISODate);
-    if (dateTime.isValid()) {
-        const QTime time = dateTime.time();
-        const QDate date = dateTime.date();
-        record.time = {static_cast<qint8>(time.msec() / 10), static_cast<qint8>(time.second()),
-                       static_cast<qint8>(time.minute()), static_cast<qint8>(time.hour())};
-        record.date = {static_cast<qint8>(date.day()), static_cast<qint8>(date.month()),
-                       static_cast<qint16>(date.year())};
-    }
-    return record;
+    return dateTime.isValid() ? DateTimeRecord::fromQt(dateTime.date(), dateTime.time())
+                              : NTypes::tsDateTime();
 }
 
 // Contract: what does not parse is 0. Integers below 64 bits are parsed with 32 and then narrowed.
@@ -230,9 +208,8 @@ Number parseNumber(const QString &text)
 
 QString toText(const NTypes::tsDateTime &record)
 {
-    const NTypes::tsTime &time = record.time;
-    const QDateTime dateTime(QDate(record.date.year, record.date.month, record.date.day),
-                             QTime(time.hours, time.minutes, time.seconds, time.hundredths * 10));
+    const QDateTime dateTime(DateTimeRecord::toQDate(record.date),
+                             DateTimeRecord::toQTime(record.time));
     return dateTime.toString(Qt::ISODate);
 }
 
@@ -969,7 +946,7 @@ QString CVariant::toHex(const QString &prefix) const
             else if constexpr (row.kind == Kind::Bytes)
                 return prefix + QLatin1String(content.toHex());
             else if constexpr (row.kind == Kind::DateTime)
-                return prefix + QString::number(toBits(content), 16);
+                return prefix + QString::number(DateTimeRecord::toBits(content), 16);
             else
                 return prefix;
         },

@@ -164,62 +164,72 @@ void readBits(QDataStream &in, QVariant &value)
 }
 
 /*
-    Returns the zone that QTimeZone reads. A name is looked up as a file of that name, or is read as
-    rules that can keep Qt busy for ever: here it is letters, digits and the signs of the names that
-    there are.
+    Returns the zone of that name, invalid if it has none. Qt looks a name up as a file, or reads it
+    as rules that can keep it busy for ever: here it is letters, digits and the signs of the names
+    that there are.
 */
+QTimeZone namedZone(const QString &name)
+{
+    const auto isOfName = [](QChar character) {
+        const ushort unit = character.unicode();
+        return (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z')
+            || (unit >= '0' && unit <= '9') || QLatin1String("/_-+:").contains(character);
+    };
+    return std::all_of(name.cbegin(), name.cend(), isOfName) && !name.startsWith(QLatin1Char('/'))
+        ? QTimeZone(name.toUtf8())
+        : QTimeZone();
+}
+
+// Reads what QTimeZone wrote.
 QTimeZone readZone(QDataStream &in)
 {
     QString name;
     in >> name;
-    if (name == QLatin1String("OffsetFromUtc")) {
-        QString id;
-        QString longName;
-        QString abbreviation;
-        QString comment;
-        qint32 offset = 0;
-        qint32 country = 0;
-        in >> id >> offset >> longName >> abbreviation >> country >> comment;
-        return QTimeZone(id.toUtf8(), offset, longName, abbreviation,
-                         static_cast<QLocale::Country>(country), comment);
-    }
-    const bool isName = std::all_of(name.cbegin(), name.cend(), [](QChar character) {
-        const ushort unit = character.unicode();
-        return (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z')
-            || (unit >= '0' && unit <= '9') || unit == '/' || unit == '_' || unit == '-'
-            || unit == '+';
-    });
-    return isName && !name.startsWith(QLatin1Char('/')) ? QTimeZone(name.toUtf8()) : QTimeZone();
+    if (name != QLatin1String("OffsetFromUtc"))
+        return namedZone(name);
+    QString longName;
+    QString abbreviation;
+    QString comment;
+    qint32 offset = 0;
+    qint32 country = 0;
+    in >> name >> offset >> longName >> abbreviation >> country >> comment;
+    const QTimeZone zone = namedZone(name);
+    return zone.isValid() ? zone
+                          : QTimeZone(name.toUtf8(), offset, longName, abbreviation,
+                                      static_cast<QLocale::Country>(country), comment);
 }
 
-void readDateTime(QDataStream &in, QVariant &value)
+// Reads a QDateTime as versions from Qt_5_2 on write it; returns false for one without a known zone.
+bool readDateTime(QDataStream &in, QDateTime &dateTime)
 {
     QDate date;
     QTime time;
     qint8 spec = 0;
     in >> date >> time >> spec;
+    dateTime = QDateTime();
     switch (spec) {
     case Qt::TimeZone: {
         const QTimeZone zone = readZone(in);
         // Qt makes a date-time without a zone from it, and crashes when it is to write that.
         if (!zone.isValid())
-            return refuse(in);
-        value = QDateTime(date, time, zone);
+            return false;
+        dateTime = QDateTime(date, time, zone);
         break;
     }
     case Qt::OffsetFromUTC: {
         qint32 offset = 0;
         in >> offset;
-        value = QDateTime(date, time, Qt::OffsetFromUTC, offset);
+        dateTime = QDateTime(date, time, Qt::OffsetFromUTC, offset);
         break;
     }
     case Qt::LocalTime:
     case Qt::UTC:
-        value = QDateTime(date, time, static_cast<Qt::TimeSpec>(spec));
+        dateTime = QDateTime(date, time, static_cast<Qt::TimeSpec>(spec));
         break;
     default:
-        value = QDateTime();
+        break;
     }
+    return true;
 }
 
 // Reads what follows the type id and the null flag.
@@ -250,8 +260,13 @@ void readBody(QDataStream &in, QVariant &value, int type, int depth)
     case QMetaType::QBitArray:
         return readBits(in, value);
     case QMetaType::QDateTime:
-        if (in.version() >= QDataStream::Qt_5_2)
-            return readDateTime(in, value);
+        if (in.version() >= QDataStream::Qt_5_2) {
+            QDateTime dateTime;
+            if (!readDateTime(in, dateTime))
+                return refuse(in);
+            value = dateTime;
+            return;
+        }
         break;
     case QMetaType::QRegExp:      // is compiled when it is read
     case QMetaType::QEasingCurve: // holds the address of a function
@@ -310,4 +325,12 @@ void readContent(QDataStream &in, QVariant &value, int depth)
 void ContentReader::read(QDataStream &in, QVariant &value)
 {
     readContent(in, value, 0);
+}
+
+void ContentReader::read(QDataStream &in, QDateTime &value)
+{
+    if (in.version() < QDataStream::Qt_5_2)
+        in >> value;
+    else if (!readDateTime(in, value))
+        refuse(in);
 }

@@ -2,11 +2,12 @@
 #define CONTENTREADER_P_H
 
 class QDataStream;
+class QDateTime;
 class QVariant;
 
 /*!
     \internal
-    Reads what operator<<(QDataStream &, const QVariant &) wrote, from a stream that may be hostile.
+    Reads what Qt's operators wrote, from a stream that may be hostile.
 */
 namespace ContentReader {
 
@@ -20,6 +21,9 @@ namespace ContentReader {
     QDateTime in an unknown time zone. Streams of versions before Qt_4_0 are read by Qt.
 */
 void read(QDataStream &in, QVariant &value);
+
+//! Reads a QDateTime in the same way; one in an unknown time zone is null.
+void read(QDataStream &in, QDateTime &value);
 
 } // namespace ContentReader
 

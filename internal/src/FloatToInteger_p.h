@@ -4,10 +4,13 @@
 #include <QtGlobal>
 
 #include <cmath>
+#include <limits>
+#include <type_traits>
 
 /*!
     \internal
-    Conversions of floating values to integers that are defined for every value.
+    Conversions of floating values to integers that are defined for every value. No other code casts
+    a floating value to an integer.
 */
 namespace FloatToInteger {
 
@@ -28,6 +31,25 @@ Integer wrapped(double value)
         return static_cast<Integer>(value < 0 ? 0 - bits : bits);
     }
     return static_cast<Integer>(Q_UINT64_C(1) << 63);
+}
+
+/*!
+    Returns \a value cut towards zero. What does not fit into an \a Integer, and NaN, is the most
+    negative integer of its width; a negative value that fits into the signed type of that width
+    wraps in the unsigned one.
+*/
+template <class Integer>
+Integer truncated(long double value)
+{
+    using Signed = std::make_signed_t<Integer>;
+    constexpr auto kLeast = std::numeric_limits<Signed>::min();
+    // Powers of two, so that the limits are exact: -2^(n-1) - 1 < value < 2^(n-1), or 2^n.
+    constexpr long double kSignedEnd = -static_cast<long double>(kLeast);
+    if (value > -kSignedEnd - 1 && value < kSignedEnd)
+        return static_cast<Integer>(static_cast<Signed>(value));
+    if (std::is_unsigned_v<Integer> && value >= kSignedEnd && value < 2 * kSignedEnd)
+        return static_cast<Integer>(value);
+    return static_cast<Integer>(kLeast);
 }
 
 } // namespace FloatToInteger

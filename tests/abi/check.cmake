@@ -9,9 +9,10 @@ if(NOT result EQUAL 0)
 endif()
 string(REPLACE ";" "," symbols "${symbols}")
 string(REPLACE "\n" ";" symbols "${symbols}")
-# Functions and data; weak symbols are inline code and depend on the build.
-list(FILTER symbols INCLUDE REGEX "^[0-9a-f]+ [TDBR] ")
-list(TRANSFORM symbols REPLACE "^[0-9a-f]+ [TDBR] " "")
+# Functions and data. Weak symbols are inline code and depend on the build, but for the templates that
+# are made for clients.
+list(FILTER symbols INCLUDE REGEX "^[0-9a-f]+ ([TDBR] |W QString CK7String::)")
+list(TRANSFORM symbols REPLACE "^[0-9a-f]+ [TDBRW] " "")
 list(SORT symbols)
 list(REMOVE_DUPLICATES symbols)
 list(JOIN symbols "\n" symbols)

@@ -9,8 +9,10 @@ class QStringList;
     command line, with "k7e <command>" in the place of the program's name, and leaves the exit
     status in the console.
 */
+void runNumber(const QStringList &arguments, Console &console);
 void runObjects(const QStringList &arguments, Console &console);
 void runStream(const QStringList &arguments, Console &console);
+void runTime(const QStringList &arguments, Console &console);
 void runTypes(const QStringList &arguments, Console &console);
 void runUnits(const QStringList &arguments, Console &console);
 void runValue(const QStringList &arguments, Console &console);

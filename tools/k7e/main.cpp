@@ -26,6 +26,8 @@ constexpr Command kCommands[] = {
     {"units", "shows the object units", &runUnits},
     {"types", "shows the data types", &runTypes},
     {"value", "shows a value given as text in all its forms", &runValue},
+    {"number", "reads and writes a number text in a format", &runNumber},
+    {"time", "shows a time in other units", &runTime},
 };
 
 QString description()
