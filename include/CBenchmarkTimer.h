@@ -33,7 +33,7 @@ public:
     static double ticksPerUs();
 
 private:
-    unsigned long long mStart;
+    unsigned long long mStart = 0;
 };
 
 #endif // CBENCHMARKTIMER_H
