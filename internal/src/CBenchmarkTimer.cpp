@@ -33,10 +33,7 @@ quint64 now()
 
 double CBenchmarkTimer::mTicksPerUs = -1.0;
 
-CBenchmarkTimer::CBenchmarkTimer() : mStart(0)
-{
-}
-
+CBenchmarkTimer::CBenchmarkTimer() = default;
 CBenchmarkTimer::CBenchmarkTimer(const CBenchmarkTimer &other) = default;
 CBenchmarkTimer &CBenchmarkTimer::operator=(const CBenchmarkTimer &other) = default;
 

@@ -84,18 +84,18 @@ constexpr quint64 power(int exponent)
 }
 
 //! The factors that move 16 bytes on by \a Bytes bytes: one for each half.
-template <int Bytes>
+template <std::size_t Bytes>
 struct Distance
 {
-    static constexpr quint64 kLow = power(8 * Bytes + 32);
-    static constexpr quint64 kHigh = power(8 * Bytes - 32);
+    static constexpr quint64 kLow = power(8 * static_cast<int>(Bytes) + 32);
+    static constexpr quint64 kHigh = power(8 * static_cast<int>(Bytes) - 32);
 };
 static_assert(Distance<64>::kLow == 0x154442BD4 && Distance<64>::kHigh == 0x1C6E41596);
 
-constexpr int kLaneBytes = sizeof(__m128i);
+constexpr std::size_t kLaneBytes = sizeof(__m128i);
 
 //! Returns \a value moved on by \a Bytes bytes, onto \a next.
-template <int Bytes>
+template <std::size_t Bytes>
 __attribute__((target("pclmul,sse4.1"))) inline __m128i fold(__m128i value, __m128i next)
 {
     const __m128i factors = _mm_set_epi64x(static_cast<long long>(Distance<Bytes>::kHigh),
@@ -111,25 +111,25 @@ inline __m128i load(const uchar *from)
 }
 
 //! The 16 bytes of so many lanes are on their way at a time; more of them gain nothing.
-constexpr int kLanes = 4;
-constexpr int kBlockBytes = kLanes * kLaneBytes;
+constexpr std::size_t kLanes = 4;
+constexpr std::size_t kBlockBytes = kLanes * kLaneBytes;
 
 //! Returns the register after the \a size bytes at \a data; \a size is kBlockBytes or more.
 __attribute__((target("pclmul,sse4.1"))) inline quint32 folded(quint32 crc, const uchar *data,
                                                                std::size_t size)
 {
     __m128i lanes[kLanes];
-    for (int i = 0; i < kLanes; ++i)
+    for (std::size_t i = 0; i < kLanes; ++i)
         lanes[i] = load(data + i * kLaneBytes);
     lanes[0] = _mm_xor_si128(lanes[0], _mm_cvtsi32_si128(static_cast<int>(crc)));
     data += kBlockBytes;
     size -= kBlockBytes;
     for (; size >= kBlockBytes; size -= kBlockBytes, data += kBlockBytes) {
-        for (int i = 0; i < kLanes; ++i)
+        for (std::size_t i = 0; i < kLanes; ++i)
             lanes[i] = fold<kBlockBytes>(lanes[i], load(data + i * kLaneBytes));
     }
     __m128i rest = lanes[0];
-    for (int i = 1; i < kLanes; ++i)
+    for (std::size_t i = 1; i < kLanes; ++i)
         rest = fold<kLaneBytes>(rest, lanes[i]);
     for (; size >= kLaneBytes; size -= kLaneBytes, data += kLaneBytes)
         rest = fold<kLaneBytes>(rest, load(data));
