@@ -764,7 +764,7 @@ void tst_CDateTime::comparesOrder()
     }
 }
 
-// The day, the milliseconds of the day and the spec: 2456784, 25689120 and 1 for UTC.
+// The day, the milliseconds of the day and the time spec: 2456784, 25689120 and 1 for UTC.
 void tst_CDateTime::streamBytes()
 {
     const CDateTime dateTime(packed(2014, 5, 6, 7, 8, 9, 12), Qt::UTC);

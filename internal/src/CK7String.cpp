@@ -27,51 +27,17 @@ SFormatValue unpack(unsigned int format)
 }
 
 /*
-    The width that a scaled number is converted to before it is cut to its type. Contract: values
-    that fit the wider one wrap in the type, so that "300" is I8 44.
+    The type that a scaled number is converted to before it is cut to its own: a signed one of 16 bits
+    at least, of twice the bits for the unsigned types, and for 64 bits the type itself. Contract:
+    values that fit it wrap in the narrower type, so that "300" is I8 44.
 */
 template <class T>
-struct Conversion;
-template <>
-struct Conversion<qint8>
-{
-    using Type = qint16;
-};
-template <>
-struct Conversion<quint8>
-{
-    using Type = qint16;
-};
-template <>
-struct Conversion<qint16>
-{
-    using Type = qint16;
-};
-template <>
-struct Conversion<quint16>
-{
-    using Type = qint32;
-};
-template <>
-struct Conversion<qint32>
-{
-    using Type = qint32;
-};
-template <>
-struct Conversion<quint32>
-{
-    using Type = qint64;
-};
-template <>
-struct Conversion<qint64>
-{
-    using Type = qint64;
-};
-template <>
-struct Conversion<quint64>
-{
-    using Type = quint64;
-};
+constexpr std::size_t kConversionBytes
+    = std::is_signed_v<T> ? std::max<std::size_t>(sizeof(T), 2)
+                          : std::min<std::size_t>(2 * sizeof(T), 8);
+template <class T>
+using Conversion = std::conditional_t<sizeof(T) == sizeof(qint64), T,
+                                      typename QIntegerForSize<kConversionBytes<T>>::Signed>;
 
 // What shifts and divisions are done in: 32 bits, or 64 for the 64-bit types.
 template <class T>
@@ -277,7 +243,7 @@ template <class T, class Number>
 T scaled(Number number, double factor)
 {
     const long double product = static_cast<long double>(number) * static_cast<long double>(factor);
-    return static_cast<T>(FloatToInteger::truncated<typename Conversion<T>::Type>(product));
+    return static_cast<T>(FloatToInteger::truncated<Conversion<T>>(product));
 }
 
 template <class T>

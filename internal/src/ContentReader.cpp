@@ -101,7 +101,7 @@ QVariant readMap(QDataStream &in, int depth)
         QString key;
         QVariant element;
         in >> key;
-        readElement(in, element, depth);
+        readContent(in, element, depth);
         map.insert(key, element);
     });
     return QVariant::fromValue(complete ? static_cast<const Map &>(map) : Map());
