@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the tool k7e and runs it with the arguments given;
 # without any it shows the objects of an example drive.
-set -eu
+set -euo pipefail
 here=$(dirname "$0")
 . "$here/cmake/prepare.sh"
 

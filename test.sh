@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, configures, builds and runs all tests.
-set -eu
+set -euo pipefail
 cd "$(dirname "$0")"
 . cmake/prepare.sh
 

@@ -52,5 +52,5 @@ build() {
         quiet=''
     fi
     # shellcheck disable=SC2086  # no argument if it is empty
-    cmake --build --preset "$preset" ${2:+--target "$2"} -- $quiet
+    cmake --build --preset "$preset" ${2:+--target "$2"} -- $quiet | sed '/^ninja: no work to do/d'
 }
