@@ -11,8 +11,10 @@
     packed format per displayed quantity. All operations are static and may run on any thread.
 
     Readers and writers take the format as an unsigned int that holds the four signed bytes of an
-    SFormatValue, #SFormatValue::decimals lowest. They use it in opposite senses, so that what is
-    written with a format reads back with the same format.
+    SFormatValue, #SFormatValue::decimals lowest. They use it in opposite senses: hexadecimal and
+    dual text of an unsigned number, and decimal text without decimals, read back with the format
+    they were written with, if its width and shift lose no digits. Decimal text with decimals, and
+    negative dual text, do not.
 
     Hexadecimal and dual text is an upper part of width - decimals digits, and where decimals is
     positive ":" and a lower part of that many digits. Within each part "." separates groups of four
@@ -57,7 +59,8 @@ public:
         - Hex: as validateHexStr() normalises it, with two digits per byte of the type where neither
           decimals nor width is positive. With a factor of 1 all bits are kept; otherwise the number
           is cut to the type before it is scaled.
-        - Dual: as validateDualStr() normalises it; without a width there are no digits to read.
+        - Dual: as validateDualStr() normalises it; with width and decimals 0 there are no digits to
+          read.
 
         A shift of as many bits as the type has, or more, leaves 0, or the sign where it shifts a
         signed number right.
@@ -84,7 +87,7 @@ public:
         if that fails. \a format is not looked at.
     */
     static float toF32(const QString &text, unsigned int format, double factor, bool *ok = nullptr);
-    //! \copydoc toF32
+    //! The same by QString::toDouble().
     static double toF64(const QString &text, unsigned int format, double factor,
                         bool *ok = nullptr);
 
@@ -118,9 +121,11 @@ public:
         - Dec: with decimals, the last digits behind a ".", in a field of width characters (negative:
           left-aligned). The digits behind the point keep the sign of a negative number: -1234 with 2
           decimals is "-12.-34".
-        - Hex, Dual: width digits, or all of the type's if width is 0, in lower case. Negative
-          numbers are a minus sign and the magnitude filled with zeros, of which the rightmost width
-          characters remain: signed char -1 is "-1", -128 is "80".
+        - Hex, Dual: width digits, in lower case. Width 0 means all digits of the type; with a lower
+          part it means no width for the upper one, which is then filled with zeros on the right to
+          as many digits as the lower part has. Negative numbers are a minus sign and the magnitude
+          filled with zeros, of which the rightmost width characters remain: signed char -1 is "-1",
+          -128 is "80".
         - Float: as a double, not shifted, in a field of width + 2 characters: "f" with decimals
           places, or "g" if decimals is negative.
 
