@@ -92,7 +92,8 @@ inline void swap(CDateTime &left, CDateTime &right) noexcept
 K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CDateTime &dateTime);
 /*!
     \relates CDateTime
-    Reads a QDateTime. One in an unknown time zone is null, with QDataStream::ReadCorruptData.
+    Reads a QDateTime. One of an unknown time spec or zone is null, with
+    QDataStream::ReadCorruptData.
 */
 K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CDateTime &dateTime);
 

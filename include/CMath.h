@@ -31,8 +31,9 @@ public:
 
     /*!
         Returns whether the 8 bytes at \a raw, at any address, are a plausible little-endian double.
-        Infinities and NaN are not, and neither are numbers with the greatest or smallest exponent
-        and a low mantissa word above 0xD7B9609A or up to 0x1111E1E4; zero and subnormal numbers are.
+        Infinities and NaN are not. Neither are numbers with the greatest exponent and a low
+        mantissa word above 0xD7B9609A, nor those with the smallest and one up to 0x1111E1E4. Zero
+        and subnormal numbers are.
     */
     static bool checkDouble(const void *raw);
 

@@ -365,8 +365,8 @@ K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CVariant &variant
 
     A hostile stream ends promptly and in memory bounded by its size. The content is invalid and the
     status QDataStream::ReadCorruptData for lists nested deeper than 100 levels, more than 2^31 - 1
-    bits, a QRegExp, a QEasingCurve, and a QDateTime in an unknown time zone; the tag is then read
-    from where they were left. Streams of versions before Qt_4_0 are not guarded.
+    bits, a QRegExp, a QEasingCurve, and a QDateTime of an unknown time spec or zone; the tag is then
+    read from where they were left. Streams of versions before Qt_4_0 are not guarded.
 */
 K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CVariant &variant);
 

@@ -218,6 +218,8 @@ private Q_SLOTS:
     void stream_data();
     void stream();
     void streamOfUnknownZone();
+    void streamOfRuledZone();
+    void streamOfAnySpec();
 
 private:
     static void zones();
@@ -824,6 +826,46 @@ void tst_CDateTime::streamOfUnknownZone()
         QVERIFY2(in.atEnd(), zone);
         QCOMPARE(streamed(dateTime, QDataStream::Qt_5_15),
                  streamed(CDateTime(), QDataStream::Qt_5_15));
+    }
+}
+
+// A zone that rules name, as the environment may give the local one, comes back.
+void tst_CDateTime::streamOfRuledZone()
+{
+    for (const char *zone : {"<+03>-3", "<+0330>-3:30", "<-03>3"}) {
+        const QDateTime sample(QDate(2020, 7, 1), QTime(1, 2, 3), QTimeZone(zone));
+        QVERIFY2(sample.isValid(), zone);
+        QDataStream in(streamed(CDateTime(sample), QDataStream::Qt_5_15));
+        CDateTime dateTime;
+        in >> dateTime;
+        QVERIFY2(in.status() == QDataStream::Ok, zone);
+        QCOMPARE(state(dateTime), state(sample));
+    }
+}
+
+// Every byte in the place of the time spec, in the versions that have one there.
+void tst_CDateTime::streamOfAnySpec()
+{
+    for (const QDataStream::Version version :
+         {QDataStream::Qt_4_6, QDataStream::Qt_5_0, QDataStream::Qt_5_1, QDataStream::Qt_5_2,
+          QDataStream::Qt_5_15}) {
+        for (int spec = -128; spec < 128; ++spec) {
+            QByteArray bytes;
+            QDataStream out(&bytes, QIODevice::WriteOnly);
+            out.setVersion(version);
+            out << QDate(2014, 5, 6) << QTime(7, 8, 9) << static_cast<qint8>(spec);
+            QDataStream in(bytes);
+            in.setVersion(version);
+            CDateTime dateTime(packed(2014, 5, 6, 7, 8, 9, 0), Qt::UTC);
+            in >> dateTime;
+            const bool isSpec = spec >= Qt::LocalTime && spec <= Qt::TimeZone;
+            const bool isChecked = version == QDataStream::Qt_5_0 || version >= QDataStream::Qt_5_2;
+            if (isChecked && !isSpec) {
+                QVERIFY(dateTime.isNull());
+                QCOMPARE(in.status(), QDataStream::ReadCorruptData);
+            }
+            QVERIFY(!streamed(dateTime, QDataStream::Qt_5_15).isEmpty());
+        }
     }
 }
 

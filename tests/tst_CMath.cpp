@@ -121,6 +121,7 @@ private Q_SLOTS:
     void powTab();
     void exp10_data();
     void exp10();
+    void roundThroughLongInteger();
     void exp10IsPow();
     void rounding_data();
     void rounding();
@@ -172,6 +173,13 @@ void tst_CMath::exp10()
     QFETCH(const int, exponent);
     QFETCH(const double, expected);
     QVERIFY2(same(CMath::exp10(exponent), expected), text(CMath::exp10(exponent)).constData());
+}
+
+// 12183325645556375 has more bits than a double; the value comes back all the same.
+void tst_CMath::roundThroughLongInteger()
+{
+    QCOMPARE(CMath::round(121833256455563.75, 2), 121833256455563.75);
+    QCOMPARE(CMath::round(113227943559359.27, 2), 113227943559359.27);
 }
 
 void tst_CMath::exp10IsPow()

@@ -29,10 +29,12 @@ double CMath::exp10(int exponent)
 
 double CMath::round(double value, unsigned int decimals)
 {
-    const double f = factor(decimals);
+    const long double f = static_cast<long double>(factor(decimals));
     const long double half = value > 0 ? 0.5L : -0.5L;
-    const long double scaled = static_cast<long double>(value) * static_cast<long double>(f) + half;
-    return static_cast<double>(FloatToInteger::truncated<qint64>(scaled)) / f;
+    const auto integer
+        = FloatToInteger::truncated<qint64>(static_cast<long double>(value) * f + half);
+    // The integer may have more bits than a double.
+    return static_cast<double>(static_cast<long double>(integer) / f);
 }
 
 double CMath::roundOff(double value, unsigned int decimals)

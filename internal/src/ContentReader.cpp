@@ -9,6 +9,7 @@
 #include <QLocale>
 #include <QMultiHash>
 #include <QMultiMap>
+#include <QRegularExpression>
 #include <QStringList>
 #include <QTimeZone>
 #include <QVariant>
@@ -164,20 +165,24 @@ void readBits(QDataStream &in, QVariant &value)
 }
 
 /*
-    Returns the zone of that name, invalid if it has none. Qt looks a name up as a file, or reads it
-    as rules that can keep it busy for ever: here it is letters, digits and the signs of the names
-    that there are.
+    Returns whether QTimeZone may be asked for a zone of that name. It looks a name up as a file, and
+    else reads it as rules; some rules that cannot be, such as one for month 13, keep it busy for ever.
 */
+bool isZoneName(const QString &name)
+{
+    // Letters, digits and the signs of the names that there are, without a way out of the directory.
+    static const QRegularExpression fileName(QStringLiteral("\\A(?!/)[A-Za-z0-9/_+:-]*\\z"));
+    // "CET-1CEST,M3.5.0,M10.5.0/3": abbreviation and offset, those of summer time, and when it is.
+    static const QRegularExpression rules(QStringLiteral(
+        "\\A(?<name><[A-Za-z0-9+-]+>|[A-Za-z]+)(?<offset>[+-]?[0-9]{1,3}(:[0-9]{2}){0,2})"
+        "((?&name)(?&offset)?"
+        "(,(?<rule>(M([1-9]|1[0-2])\\.[1-5]\\.[0-6]|J?[0-9]{1,3})(/(?&offset))?),(?&rule))?)?\\z"));
+    return fileName.match(name).hasMatch() || rules.match(name).hasMatch();
+}
+
 QTimeZone namedZone(const QString &name)
 {
-    const auto isOfName = [](QChar character) {
-        const ushort unit = character.unicode();
-        return (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z')
-            || (unit >= '0' && unit <= '9') || QLatin1String("/_-+:").contains(character);
-    };
-    return std::all_of(name.cbegin(), name.cend(), isOfName) && !name.startsWith(QLatin1Char('/'))
-        ? QTimeZone(name.toUtf8())
-        : QTimeZone();
+    return isZoneName(name) ? QTimeZone(name.toUtf8()) : QTimeZone();
 }
 
 // Reads what QTimeZone wrote.
@@ -194,40 +199,43 @@ QTimeZone readZone(QDataStream &in)
     qint32 country = 0;
     in >> name >> offset >> longName >> abbreviation >> country >> comment;
     const QTimeZone zone = namedZone(name);
-    return zone.isValid() ? zone
-                          : QTimeZone(name.toUtf8(), offset, longName, abbreviation,
-                                      static_cast<QLocale::Country>(country), comment);
+    if (zone.isValid())
+        return zone;
+    const bool isCountry = country >= QLocale::AnyCountry && country <= QLocale::LastCountry;
+    return QTimeZone(name.toUtf8(), offset, longName, abbreviation,
+                     isCountry ? static_cast<QLocale::Country>(country) : QLocale::AnyCountry,
+                     comment);
 }
 
-// Reads a QDateTime as versions from Qt_5_2 on write it; returns false for one without a known zone.
+// Reads a QDateTime; returns false if Qt has no such time spec or zone: it makes a value of it all the
+// same, and crashes with that.
 bool readDateTime(QDataStream &in, QDateTime &dateTime)
 {
+    const bool isUtcInStream = in.version() == QDataStream::Qt_5_0;
+    if (in.version() < QDataStream::Qt_5_2 && !isUtcInStream) {
+        in >> dateTime;
+        return true;
+    }
     QDate date;
     QTime time;
     qint8 spec = 0;
     in >> date >> time >> spec;
     dateTime = QDateTime();
-    switch (spec) {
-    case Qt::TimeZone: {
+    if (spec < Qt::LocalTime || spec > Qt::TimeZone)
+        return false;
+    const auto timeSpec = static_cast<Qt::TimeSpec>(spec);
+    if (isUtcInStream) {
+        dateTime = QDateTime(date, time, Qt::UTC).toTimeSpec(timeSpec);
+    } else if (timeSpec == Qt::TimeZone) {
         const QTimeZone zone = readZone(in);
-        // Qt makes a date-time without a zone from it, and crashes when it is to write that.
         if (!zone.isValid())
             return false;
         dateTime = QDateTime(date, time, zone);
-        break;
-    }
-    case Qt::OffsetFromUTC: {
+    } else {
         qint32 offset = 0;
-        in >> offset;
-        dateTime = QDateTime(date, time, Qt::OffsetFromUTC, offset);
-        break;
-    }
-    case Qt::LocalTime:
-    case Qt::UTC:
-        dateTime = QDateTime(date, time, static_cast<Qt::TimeSpec>(spec));
-        break;
-    default:
-        break;
+        if (timeSpec == Qt::OffsetFromUTC)
+            in >> offset;
+        dateTime = QDateTime(date, time, timeSpec, offset);
     }
     return true;
 }
@@ -259,15 +267,13 @@ void readBody(QDataStream &in, QVariant &value, int type, int depth)
     }
     case QMetaType::QBitArray:
         return readBits(in, value);
-    case QMetaType::QDateTime:
-        if (in.version() >= QDataStream::Qt_5_2) {
-            QDateTime dateTime;
-            if (!readDateTime(in, dateTime))
-                return refuse(in);
-            value = dateTime;
-            return;
-        }
-        break;
+    case QMetaType::QDateTime: {
+        QDateTime dateTime;
+        if (!readDateTime(in, dateTime))
+            return refuse(in);
+        value = dateTime;
+        return;
+    }
     case QMetaType::QRegExp:      // is compiled when it is read
     case QMetaType::QEasingCurve: // holds the address of a function
         return refuse(in);
@@ -329,8 +335,6 @@ void ContentReader::read(QDataStream &in, QVariant &value)
 
 void ContentReader::read(QDataStream &in, QDateTime &value)
 {
-    if (in.version() < QDataStream::Qt_5_2)
-        in >> value;
-    else if (!readDateTime(in, value))
+    if (!readDateTime(in, value))
         refuse(in);
 }

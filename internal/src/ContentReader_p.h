@@ -18,11 +18,11 @@ namespace ContentReader {
     deep as lists of lists go: a few bytes can exhaust memory or stack. Here memory is bounded by
     the bytes that are there. QDataStream::ReadCorruptData is set, and the content is invalid, for
     what is nested deeper than 100 levels, more than 2^31 - 1 bits, a QRegExp, a QEasingCurve, and a
-    QDateTime in an unknown time zone. Streams of versions before Qt_4_0 are read by Qt.
+    QDateTime of an unknown time spec or zone. Streams of versions before Qt_4_0 are read by Qt.
 */
 void read(QDataStream &in, QVariant &value);
 
-//! Reads a QDateTime in the same way; one in an unknown time zone is null.
+//! Reads a QDateTime in the same way; one of an unknown time spec or zone is null.
 void read(QDataStream &in, QDateTime &value);
 
 } // namespace ContentReader
