@@ -70,10 +70,14 @@ void addConversions()
     addConversion("toU64 of U64", 5ULL, &CVariant::toU64, &QVariant::toULongLong);
     addConversion("toF32 of F32", 2.5F, &CVariant::toF32, &QVariant::toFloat);
     addConversion("toF64 of F64", 2.5, &CVariant::toF64, &QVariant::toDouble);
-    addConversion("toI64 of I32", -5, &CVariant::toI64, &QVariant::toInt);
-    addConversion("toF64 of I32", -5, &CVariant::toF64, &QVariant::toInt);
+    // From one type to another: the peer's conversion to the same type, and to the stored one.
+    addConversion("toI64 of I32", -5, &CVariant::toI64, &QVariant::toLongLong);
+    addConversion("toI64 of I32, peer toInt", -5, &CVariant::toI64, &QVariant::toInt);
+    addConversion("toF64 of I32", -5, &CVariant::toF64, &QVariant::toDouble);
+    addConversion("toF64 of I32, peer toInt", -5, &CVariant::toF64, &QVariant::toInt);
     addConversion("toU8 of U32", 300U, &CVariant::toU8, &QVariant::toUInt);
-    addConversion("toI32 of F64", -2.9, &CVariant::toI32, &QVariant::toDouble);
+    addConversion("toI32 of F64", -2.9, &CVariant::toI32, &QVariant::toInt);
+    addConversion("toI32 of F64, peer toDouble", -2.9, &CVariant::toI32, &QVariant::toDouble);
     addConversion("toF64 of U16", static_cast<unsigned short>(5), &CVariant::toF64,
                   &QVariant::toDouble);
     addConversion("toI32 of U8", static_cast<unsigned char>(5), &CVariant::toI32, &QVariant::toInt);

@@ -144,7 +144,7 @@ template <class To>
 Q_ALWAYS_INLINE bool readNumber(Value value, To &number)
 {
     // The commonest case, which needs no switch.
-    if (value.tag == tagOf<To>()) {
+    if (Q_LIKELY(value.tag == tagOf<To>())) {
         const auto *content = contentOf<To>(value.content);
         if (content)
             number = *content;
