@@ -102,9 +102,9 @@ const ushort *behindLast(Part part, char character)
 // Returns whether the part has no sign and no separator, as most texts have none.
 bool isPlain(Part part)
 {
+    // Without an early end, so that it is vectorised.
     unsigned int marks = 0;
-    for (const ushort *unit = part.begin; unit != part.end;
-         ++unit) // no early end: it is vectorised
+    for (const ushort *unit = part.begin; unit != part.end; ++unit)
         marks |= static_cast<unsigned int>((*unit == '-') | (*unit == '.') | (*unit == ':'));
     return marks == 0;
 }
@@ -118,9 +118,11 @@ using Units = QVarLengthArray<ushort, 320>;
 */
 void appendFitted(Units &to, Part part, int width, int single)
 {
-    const auto separators = std::count(part.begin, part.end, ushort('.'));
+    constexpr qint64 kMaxSize = 1 << 28; // of what a QString can hold when it is grouped
+    const qint64 separators = std::count(part.begin, part.end, ushort('.'));
     const int groupSize = separators == 0 ? single : kGroup;
-    const int size = width < 0 ? (static_cast<int>(separators) + 1) * groupSize : width;
+    const int size
+        = width < 0 ? static_cast<int>(std::min((separators + 1) * groupSize, kMaxSize)) : width;
     const int start = to.size();
     to.resize(start + size);
     ushort *const first = to.data() + start;
