@@ -1,10 +1,10 @@
 #include "CK7String.h"
 
+#include "DefaultLocale.h"
 #include "InThreads.h"
 #include "MessageRecorder.h"
 
 #include <QLocale>
-#include <QScopeGuard>
 #include <QStringList>
 #include <QtTest>
 
@@ -1669,9 +1669,7 @@ void tst_CK7String::independentOfTheLocale_data()
 void tst_CK7String::independentOfTheLocale()
 {
     QFETCH(QString, locale);
-    const QLocale before;
-    const auto restore = qScopeGuard([&] { QLocale::setDefault(before); });
-    QLocale::setDefault(QLocale(locale));
+    const DefaultLocale asDefault(locale);
     bool ok = false;
     QCOMPARE(CK7String::toF64(latin1("1234.5"), 0, 1, &ok), 1234.5);
     QVERIFY(ok);

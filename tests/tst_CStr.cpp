@@ -1,5 +1,6 @@
 #include "CStr.h"
 
+#include "DefaultLocale.h"
 #include "InThreads.h"
 #include "MessageRecorder.h"
 
@@ -509,19 +510,6 @@ QString textOfIndex(int index, int length)
         text += QLatin1Char(kUnits[index % 3]);
     return text;
 }
-
-//! Makes \a name the default locale while it lives.
-class DefaultLocale
-{
-public:
-    explicit DefaultLocale(const QString &name) { QLocale::setDefault(QLocale(name)); }
-    ~DefaultLocale() { QLocale::setDefault(mBefore); }
-
-private:
-    Q_DISABLE_COPY(DefaultLocale)
-
-    const QLocale mBefore;
-};
 
 } // namespace
 

@@ -556,16 +556,21 @@ void tst_CTime::convertsAllPairs()
     }
 }
 
-void tst_CTime::valueInUnit_data()
+// Adds the columns of a conversion, and returns what adds a row.
+static auto conversionRows()
 {
     QTest::addColumn<quint64>("count");
     QTest::addColumn<ETimeUnit>("from");
     QTest::addColumn<ETimeUnit>("to");
     QTest::addColumn<quint64>("expected");
-    const auto row
-        = [](const char *name, quint64 count, ETimeUnit from, ETimeUnit to, quint64 expected) {
-              QTest::newRow(name) << count << from << to << expected;
-          };
+    return [](const char *name, quint64 count, ETimeUnit from, ETimeUnit to, quint64 expected) {
+        QTest::newRow(name) << count << from << to << expected;
+    };
+}
+
+void tst_CTime::valueInUnit_data()
+{
+    const auto row = conversionRows();
     row("1 s->ms", 1, CTime::S, CTime::MS, 1000);
     row("1500 us->ms, half up", 1500, CTime::US, CTime::MS, 2);
     row("1499 us->ms", 1499, CTime::US, CTime::MS, 1);
@@ -600,14 +605,7 @@ void tst_CTime::valueInUnit()
 
 void tst_CTime::fromValue_data()
 {
-    QTest::addColumn<quint64>("count");
-    QTest::addColumn<ETimeUnit>("from");
-    QTest::addColumn<ETimeUnit>("to");
-    QTest::addColumn<quint64>("expected");
-    const auto row
-        = [](const char *name, quint64 count, ETimeUnit from, ETimeUnit to, quint64 expected) {
-              QTest::newRow(name) << count << from << to << expected;
-          };
+    const auto row = conversionRows();
     row("1500 us->ms, half up", 1500, CTime::US, CTime::MS, 2);
     row("1499 us->ms", 1499, CTime::US, CTime::MS, 1);
     row("2^64 - 1 ms->ms, raw", ULLONG_MAX, CTime::MS, CTime::MS, ULLONG_MAX);

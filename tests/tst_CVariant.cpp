@@ -1,5 +1,6 @@
 #include "CVariant.h"
 
+#include "DefaultLocale.h"
 #include "InThreads.h"
 #include "MessageRecorder.h"
 #include "VariantModel.h"
@@ -1211,16 +1212,11 @@ void tst_CVariant::localeTexts()
     QFETCH(const QString, locale);
     QFETCH(const CVariant, value);
     QFETCH(const QString, expected);
-    const QLocale before;
-    QLocale::setDefault(QLocale(locale));
-    const QString text = value.toLocaleStr();
-    const QString byQt = QStringLiteral("%L1").arg(1234.5, 0, 'g', -1);
-    const QString ours = CVariant(1234.5).toLocaleStr();
     const QString plain = value.toStr();
-    QLocale::setDefault(before);
-    QCOMPARE(text, expected);
-    QCOMPARE(ours, byQt);
-    QCOMPARE(plain, value.toStr()); // the same in every locale
+    const DefaultLocale asDefault(locale);
+    QCOMPARE(value.toLocaleStr(), expected);
+    QCOMPARE(CVariant(1234.5).toLocaleStr(), QStringLiteral("%L1").arg(1234.5, 0, 'g', -1));
+    QCOMPARE(value.toStr(), plain); // the same in every locale
 }
 
 void tst_CVariant::fromText_data()

@@ -585,7 +585,9 @@ CVariant &CVariant::operator=(const QVariant &value)
     if (taken)
         return *this;
 
-    const auto assignString = [this](const auto &from, int bytes) {
+    // Text by the size of its UTF-8, bytes by their own.
+    const auto assignString = [&](const auto &from) {
+        const int bytes = value.toByteArray().size();
         if (bytes < 64)
             *this = CString32(from);
         else if (bytes < 128)
@@ -604,10 +606,10 @@ CVariant &CVariant::operator=(const QVariant &value)
         *this = value.value<char>();
         break;
     case QMetaType::QString:
-        assignString(value.toString(), value.toByteArray().size());
+        assignString(value.toString());
         break;
     case QMetaType::QByteArray:
-        assignString(value.toByteArray(), value.toByteArray().size());
+        assignString(value.toByteArray());
         break;
     default:
         warn(kAssignWarning, value.userType());

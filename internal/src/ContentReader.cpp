@@ -1,5 +1,7 @@
 #include "ContentReader_p.h"
 
+#include "VariantTypes_p.h"
+
 #include <QBitArray>
 #include <QByteArrayList>
 #include <QDataStream>
@@ -306,9 +308,7 @@ void readContent(QDataStream &in, QVariant &value, int depth)
     if (in.version() >= QDataStream::Qt_4_2)
         in >> isNull;
     type = currentType(in, type);
-    // QVariant keeps 30 bits of a type id, whatever the stream says.
-    constexpr quint32 kIdMask = (1U << 30) - 1;
-    int id = static_cast<int>(type & kIdMask);
+    int id = static_cast<int>(type & VariantTypes::kContentIdMask);
     if (type == QMetaType::User) {
         QByteArray name;
         in >> name;

@@ -52,7 +52,7 @@ struct RowList
 
     //! Calls \a f with the rows in turn until it returns true, and returns whether it did.
     template <class F>
-    static bool any(F &&f)
+    static constexpr bool any(F &&f)
     {
         return (f(Rows()) || ...);
     }
@@ -128,6 +128,9 @@ void load(QDataStream &in, String &value)
     in >> value;
 }
 
+//! QVariant keeps these bits of a meta-type id.
+constexpr quint32 kContentIdMask = (1U << 30) - 1;
+
 //! Registers \a T, with its stream functions, and returns its meta-type id.
 template <class T>
 int registerContent()
@@ -200,13 +203,24 @@ std::enable_if_t<!std::is_arithmetic_v<T>, QVariant> toContent(const T &content)
 template <class T>
 std::enable_if_t<std::is_arithmetic_v<T>, QVariant> toContent(T content)
 {
-    constexpr uint kIdMask = (1U << 30) - 1;
     QVariant value;
     QVariant::DataPtr &data = value.data_ptr();
-    data.type = kIdMask & static_cast<uint>(contentId<T>());
+    data.type = kContentIdMask & static_cast<uint>(contentId<T>());
     data.is_null = false;
     new (&data.data) T(content);
     return value;
+}
+
+//! Returns a bit for the meta-type id of each type that is a number; all of them are below 64.
+constexpr quint64 numberIds()
+{
+    quint64 ids = 0;
+    Types::any([&ids](auto row) {
+        if constexpr (isNumber<row.kind>)
+            ids |= Q_UINT64_C(1) << qMetaTypeId<typename decltype(row)::Content>();
+        return false;
+    });
+    return ids;
 }
 
 /*!
@@ -215,10 +229,7 @@ std::enable_if_t<std::is_arithmetic_v<T>, QVariant> toContent(T content)
 */
 inline bool isNumberContent(const QVariant &value)
 {
-    constexpr auto bit = [](int id) { return Q_UINT64_C(1) << id; };
-    constexpr quint64 kIds = bit(QMetaType::UChar) | bit(QMetaType::SChar) | bit(QMetaType::UShort)
-        | bit(QMetaType::Short) | bit(QMetaType::UInt) | bit(QMetaType::Int) | bit(QMetaType::Float)
-        | bit(QMetaType::ULongLong) | bit(QMetaType::LongLong) | bit(QMetaType::Double);
+    constexpr quint64 kIds = numberIds();
     const QVariant::DataPtr &data = value.data_ptr();
     return data.type < 64 && (kIds >> data.type & 1) != 0;
 }

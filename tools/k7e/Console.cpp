@@ -10,6 +10,12 @@ Console::Console()
     mOut.setCodec("UTF-8");
 }
 
+void Console::show(const char *title, const QString &text)
+{
+    constexpr int kTitleWidth = 8;
+    mOut << QString(QLatin1String(title)).leftJustified(kTitleWidth) << text << '\n';
+}
+
 void Console::error(const QString &text)
 {
     writeError(text);

@@ -139,14 +139,9 @@ std::optional<Request> request(const CommandLine &line, const QString &program, 
     return result;
 }
 
-void show(Console &console, const char *title, const QString &text)
-{
-    console.out() << QString(QLatin1String(title)).leftJustified(8) << text << '\n';
-}
-
 void showFormat(Console &console, unsigned int format)
 {
-    show(console, "format", QStringLiteral("0x%1").arg(format, 8, 16, QLatin1Char('0')));
+    console.show("format", QStringLiteral("0x%1").arg(format, 8, 16, QLatin1Char('0')));
 }
 
 void runRead(const QStringList &arguments, Console &console)
@@ -172,7 +167,7 @@ void runRead(const QStringList &arguments, Console &console)
         return;
     }
     showFormat(console, asked->format);
-    show(console, "number", number);
+    console.show("number", number);
 }
 
 void runWrite(const QStringList &arguments, Console &console)
@@ -197,7 +192,7 @@ void runWrite(const QStringList &arguments, Console &console)
         return;
     }
     showFormat(console, asked->format);
-    show(console, "text", QStringLiteral("\"%1\"").arg(text));
+    console.show("text", QStringLiteral("\"%1\"").arg(text));
 }
 
 } // namespace

@@ -55,16 +55,13 @@ void runValue(const QStringList &arguments, Console &console)
         return;
     }
     const CVariant value = CVariant::fromStr(line.arguments().at(1), *type);
-    const auto show = [&console](const char *title, const QString &text) {
-        console.out() << QString(QLatin1String(title)).leftJustified(8) << text << '\n';
-    };
     const QString hex = hexText(value);
     const QString bits = bitText(value);
-    show("type", typeName);
-    show("text", visible(value.toStr()));
+    console.show("type", typeName);
+    console.show("text", visible(value.toStr()));
     if (!hex.isEmpty())
-        show("hex", hex);
+        console.show("hex", hex);
     if (!bits.isEmpty())
-        show("bits", bits);
-    show("stream", streamText(value));
+        console.show("bits", bits);
+    console.show("stream", streamText(value));
 }
