@@ -22,8 +22,7 @@ struct UnitRow
     QLatin1String name;
 };
 
-// Contract: the 80-bit float is a known unit of 10 bytes without a type, since no value can hold
-// it.
+// Contract: the 80-bit float is a known unit of 10 bytes without a type: no value can hold it.
 constexpr UnitRow kUnits[] = {
     {NUnits::UNIT_UNKNOWN, NTypes::TYPE_UNKNOWN, 0, CodeTable::name("UNIT_UNKNOWN")},
     {NUnits::UNIT_U8, NTypes::TYPE_U8, 1, CodeTable::name("UNIT_U8")},

@@ -67,7 +67,8 @@ struct FixedString
     {
         Array<N> &to = detached(data);
         const auto length = std::min(static_cast<std::size_t>(text.size()), N);
-        std::copy_n(text.utf16(), length, to);
+        // Not utf16(), which copies a text over foreign memory to end it with a zero.
+        std::memcpy(to, text.constData(), length * sizeof(QChar));
         if (length < N)
             to[length] = 0;
     }
