@@ -4,6 +4,7 @@
 #define QT_NO_CAST_TO_ASCII
 #define QT_NO_KEYWORDS
 
+#include <CDeviceList.h>
 #include <CStr.h>
 #include <CUnitParser.h>
 #include <CVariant.h>
@@ -30,14 +31,19 @@ int main()
     CVariant current(QStringLiteral("-1500"), type);
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
-    out << current << CString32(QStringLiteral("axis")) << NTypes::tsDateTime();
+    CDeviceList devices(QStringLiteral("plant"), CDeviceList::SOURCETYPE_USER);
+    devices.addDevice(7,
+                      CDeviceItem(QStringLiteral("axis"), CDeviceItem::HOSTADDRTYPE_IPV4,
+                                  QHostAddress(QHostAddress::LocalHost), 502, QString()));
+    out << devices << current << CString32(QStringLiteral("axis")) << NTypes::tsDateTime();
 
     QDataStream in(bytes);
     CVariant read;
     CString32 name;
-    in >> read >> name;
-    const bool same
-        = in.status() == QDataStream::Ok && read == current && name.str() == QStringLiteral("axis");
+    CDeviceList readDevices;
+    in >> readDevices >> read >> name;
+    const bool same = in.status() == QDataStream::Ok && readDevices == devices && read == current
+        && name.str() == QStringLiteral("axis");
     std::printf("%s %s %s\n", qPrintable(CStr::nTypeToStr(type)), qPrintable(read.toStr()),
                 same ? "same" : "different");
     return same ? 0 : 1;

@@ -1,0 +1,69 @@
+#include "CDeviceItem.h"
+
+#include "MapStream_p.h"
+
+#include <QDataStream>
+
+#include <utility>
+
+CDeviceItem::CDeviceItem() = default;
+
+CDeviceItem::CDeviceItem(QString deviceName, EHostAddrType type, QHostAddress address,
+                         unsigned short portNumber, QString server)
+    : name(std::move(deviceName))
+    , hostAddrType(type)
+    , hostAddress(address)
+    , port(portNumber)
+    , serverName(std::move(server))
+{
+}
+
+bool CDeviceItem::isValid() const
+{
+    return !hostAddress.isNull() && port != 0 && hostAddrType != HOSTADDRTYPE_UNSET
+        && auxNumberB != 0;
+}
+
+void CDeviceItem::addSubDevice(unsigned char subKey, const CSubDeviceItem &item)
+{
+    subDevices.insert(subKey, item)->key = subKey;
+}
+
+bool CDeviceItem::operator==(const CDeviceItem &other) const
+{
+    return key == other.key && name == other.name && hostAddrType == other.hostAddrType
+        && hostAddress == other.hostAddress && port == other.port && serverName == other.serverName
+        && auxText == other.auxText && configuration == other.configuration
+        && subDevices == other.subDevices && auxFlagA == other.auxFlagA
+        && auxFlagB == other.auxFlagB && auxNumberA == other.auxNumberA
+        && auxNumberB == other.auxNumberB;
+}
+
+QDataStream &operator<<(QDataStream &out, CDeviceItem::EHostAddrType type)
+{
+    return out << static_cast<qint32>(type);
+}
+
+QDataStream &operator>>(QDataStream &in, CDeviceItem::EHostAddrType &type)
+{
+    qint32 code = 0;
+    in >> code;
+    type = static_cast<CDeviceItem::EHostAddrType>(code);
+    return in;
+}
+
+QDataStream &operator<<(QDataStream &out, const CDeviceItem &item)
+{
+    out << item.key << item.name << item.hostAddrType << item.hostAddress << item.port
+        << item.serverName << item.auxText << item.configuration << item.auxFlagA << item.auxFlagB
+        << item.auxNumberA << item.auxNumberB;
+    writeMap(out, item.subDevices);
+    return out;
+}
+
+QDataStream &operator>>(QDataStream &in, CDeviceItem &item)
+{
+    return in >> item.key >> item.name >> item.hostAddrType >> item.hostAddress >> item.port
+        >> item.serverName >> item.auxText >> item.configuration >> item.auxFlagA >> item.auxFlagB
+        >> item.auxNumberA >> item.auxNumberB >> item.subDevices;
+}
