@@ -1,3 +1,5 @@
+#include "Sandbox.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -5,10 +7,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QSet>
-#include <QTemporaryDir>
 #include <QtTest>
-
-#include <functional>
 
 #include <sys/stat.h>
 
@@ -16,64 +15,6 @@
 // from the bytes by hand; the library is not linked.
 
 namespace {
-
-struct Outcome
-{
-    int status = -1; // -1: the program did not end in order
-    QString out;
-    QString errors;
-};
-
-// A folder of its own for the files of a test, in which the program runs.
-class Sandbox
-{
-public:
-    bool isValid() const { return mDir.isValid(); }
-    QString path(const QString &name) const { return mDir.filePath(name); }
-
-    void write(const QString &name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), qint64(bytes.size()));
-    }
-
-    QByteArray read(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    Outcome run(const QStringList &arguments,
-                const std::function<void(QProcess &)> &prepare = {}) const
-    {
-        QProcess process;
-        process.setWorkingDirectory(mDir.path());
-        if (prepare)
-            prepare(process);
-        process.start(QStringLiteral(K7E_PROGRAM), arguments);
-        Outcome outcome;
-        if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
-            outcome.status = process.exitCode();
-        outcome.out = QString::fromUtf8(process.readAllStandardOutput());
-        outcome.errors = QString::fromUtf8(process.readAllStandardError());
-        return outcome;
-    }
-
-    // Runs the program with words that stand in one text, parted by "|".
-    Outcome run(const char *words, const std::function<void(QProcess &)> &prepare = {}) const
-    {
-        return run(QString::fromUtf8(words).split(QLatin1Char('|')), prepare);
-    }
-
-private:
-    QTemporaryDir mDir;
-};
-
-QString sourceFile(const char *name)
-{
-    return QStringLiteral(K7E_SOURCE_DIR) + QLatin1Char('/') + QLatin1String(name);
-}
 
 QByteArray contentOf(const QString &fileName)
 {
@@ -204,9 +145,6 @@ private Q_SLOTS:
     void number();
     void time_data();
     void time();
-
-private:
-    static void runRow(const QString &command);
 };
 
 void tst_k7e::help()
@@ -1441,21 +1379,6 @@ void tst_k7e::value()
     QCOMPARE(outcome.out, out);
     QCOMPARE(outcome.errors, errors);
     QCOMPARE(outcome.status, errors.isEmpty() ? 0 : 1);
-}
-
-// Runs a command with the words of the row, and compares both outputs and the exit status.
-void tst_k7e::runRow(const QString &command)
-{
-    QFETCH(QString, words);
-    QFETCH(QString, out);
-    QFETCH(QString, errors);
-    QFETCH(int, status);
-    const Sandbox sandbox;
-    QVERIFY(sandbox.isValid());
-    const Outcome outcome = sandbox.run(QStringList{command} + words.split(QLatin1Char('|')));
-    QCOMPARE(outcome.out, out);
-    QCOMPARE(outcome.errors, errors);
-    QCOMPARE(outcome.status, status);
 }
 
 void tst_k7e::number_data()

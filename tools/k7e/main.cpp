@@ -28,12 +28,19 @@ constexpr Command kCommands[] = {
     {"value", "shows a value given as text in all its forms", &runValue},
     {"number", "reads and writes a number text in a format", &runNumber},
     {"time", "shows a time in other units", &runTime},
+    {"devices", "shows the devices in a file", &runDevices},
+    {"id", "shows the parts and forms of a hardware identifier", &runId},
+    {"motor", "shows the parts of a motor base name", &runMotor},
+    {"ipv6", "shows an IPv6 address as text and bytes", &runIpv6},
+    {"otp", "shows or checks a one-time code", &runOtp},
 };
 
 QString description()
 {
-    QString text = QStringLiteral("Shows and sets the values of the objects of a drive.\n\n"
-                                  "Commands (\"k7e COMMAND --help\" tells more):\n");
+    QString text = QStringLiteral(
+        "Shows and sets the values of the objects of a drive, and shows what the programs\n"
+        "of the suite read and write.\n\n"
+        "Commands (\"k7e COMMAND --help\" tells more):\n");
     for (const Command &command : kCommands) {
         text += QStringLiteral("  %1%2\n")
                     .arg(QString(QLatin1String(command.name)).leftJustified(9),
