@@ -76,6 +76,9 @@ int main(int argc, char **argv)
     addNumberTextPairs();
     addMathPairs();
     addTimePairs();
+    addIdentityPairs();
+    addDeviceListPairs();
+    addHmacPairs();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

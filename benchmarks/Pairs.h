@@ -52,6 +52,9 @@ void add(const std::string &name, const Limit &limit, Ours ours, Peer peer)
 
 } // namespace Pairs
 
+void addDeviceListPairs();
+void addHmacPairs();
+void addIdentityPairs();
 void addMathPairs();
 void addNumberTextPairs();
 void addTimePairs();
