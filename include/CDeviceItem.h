@@ -75,9 +75,9 @@ K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CDeviceItem &item
     \relates CDeviceItem
     Reads all fields without checks. What a short stream lacks is 0 or empty, the address 0.0.0.0.
 
-    The sub-devices are read like a QMap: with the status reset, until one of the pairs fails, which
-    leaves them empty; an error before them is the status afterwards again. Several of one key and
-    keys that differ from those of their items stay as they are.
+    The sub-devices are read like a QMap: with the status reset (but not in a transaction), until
+    one of the pairs fails, which leaves them empty; an error before them is the status afterwards
+    again. Several of one key and keys that differ from those of their items stay as they are.
 */
 K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CDeviceItem &item);
 

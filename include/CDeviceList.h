@@ -89,9 +89,10 @@ K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CDeviceList &list
     \relates CDeviceList
     Reads all fields without checks. What a short stream lacks is 0 or empty.
 
-    The devices are read like a QMap: with the status reset, until one of the pairs fails, which
-    leaves the list empty; an error before them is the status afterwards again. Several devices of
-    one key and keys that differ from those of their items stay as they are.
+    The devices are read like a QMap: with the status reset (but not in a transaction), until one of
+    the pairs fails, which leaves the list empty; an error before them is the status afterwards
+    again. Several devices of one key and keys that differ from those of their items stay as they
+    are.
 */
 K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CDeviceList &list);
 

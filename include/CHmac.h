@@ -25,11 +25,12 @@ public:
 
     //! Sets the key and forgets the data.
     void setKey(const QByteArray &key);
-    //! Adds \a data to the message.
+    //! Adds \a data to the message; behind a result() it changes nothing.
     void addData(const QByteArray &data);
     //! Forgets the data and keeps the key.
     void resetData();
-    //! Returns the code of the message, the bytes of the digest.
+    //! Returns the code of the message, the bytes of the digest. Until resetData() or setKey() is
+    //! called, it stays the same.
     Q_REQUIRED_RESULT QByteArray result() const;
 
     //! Returns the bytes of the code of \a message under \a key with the hash \a method.
@@ -40,7 +41,7 @@ public:
 
     /*!
         Returns the number that the first four bytes of \a data hold, low byte first and signed,
-        halved and modulo 10^\a digits; 0 if there are fewer than four bytes.
+        halved, then taken as unsigned, modulo 10^\a digits; 0 if there are fewer than four bytes.
 
         \a digits is 0 to 9. From 10 to 18 the low 32 bits of the power of ten count, and the result
         may be negative; for any other \a digits it is 0.
@@ -54,8 +55,8 @@ public:
     */
     Q_REQUIRED_RESULT static int totp(const QByteArray &key, unsigned long long startTime,
                                       unsigned int timeStep, int digits);
-    //! Returns the last \a digits digits of the totp(), with zeros in front of a shorter one; an
-    //! empty text for more than 2^28 digits.
+    //! Returns the last \a digits digits of the totp(), with zeros in front of a shorter one; as
+    //! many zeros for a negative \a digits, and an empty text for more than 2^28 of them.
     Q_REQUIRED_RESULT static QString totpStr(const QByteArray &key, unsigned long long startTime,
                                              unsigned int timeStep, int digits);
     /*!
@@ -64,7 +65,9 @@ public:
         gives 1. The time grows with the window; a comparison does not tell by its time where codes
         differ.
 
-        Contract: codes of the steps to come are not accepted. Devices in the field do the same.
+        Contract: codes of the steps to come are not accepted. The start time is moved by the step
+        times window, window - 1 and so on down to -window, as a number of 32 bits without a sign:
+        for the steps to come by about 136 years. Devices in the field do the same.
     */
     Q_REQUIRED_RESULT static int validateTotp(const QString &code, const QByteArray &key,
                                               unsigned long long startTime, unsigned int timeStep,

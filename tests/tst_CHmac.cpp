@@ -698,7 +698,7 @@ void tst_CHmac::totpStrOfClock()
 void tst_CHmac::totpStrOfOddDigits()
 {
     const MessageRecorder recorder;
-    QCOMPARE(CHmac::totpStr(kKey, 0, 30, 100000), QString(100000, QLatin1Char('0')));
+    QCOMPARE(CHmac::totpStr(kKey, 0, 30, 1 << 22), QString(1 << 22, QLatin1Char('0')));
     QVERIFY(CHmac::totpStr(kKey, 0, 30, (1 << 28) + 1).isEmpty());
     QVERIFY(CHmac::totpStr(kKey, 0, 30, INT_MAX).isEmpty());
     QVERIFY(CHmac::totpStr(kKey, 0, 30, INT_MAX - 1).isEmpty());

@@ -107,9 +107,11 @@ QString CHmac::totpStr(const QByteArray &key, unsigned long long startTime, unsi
 {
     if (digits < -kMaxField || digits > kMaxField)
         return QString();
-    const QString text = QStringLiteral("%1").arg(totp(key, startTime, timeStep, digits), digits,
-                                                  10, QLatin1Char('0'));
-    return text.size() > digits ? text.right(digits) : text;
+    const QString code = QString::number(totp(key, startTime, timeStep, digits));
+    const QLatin1Char zero('0');
+    // A field of negative width is aligned to the left, as everywhere in Qt.
+    return digits < 0 ? code.leftJustified(-digits, zero)
+                      : code.rightJustified(digits, zero).right(digits);
 }
 
 int CHmac::validateTotp(const QString &code, const QByteArray &key, unsigned long long startTime,
