@@ -45,6 +45,9 @@ public:
     //! The same with a text in UTF-8, or null, not in numeric-number mode. Without this constructor
     //! a literal would choose the one that takes a mode.
     explicit CMotorBaseName(const char *fileBaseName);
+    //! No other pointer is taken for a mode.
+    template <class T>
+    explicit CMotorBaseName(const T *) = delete;
     //! Copies parts and mode.
     CMotorBaseName(const CMotorBaseName &other);
     //! Moves parts and mode.

@@ -27,6 +27,8 @@ static_assert(offsetof(SMOFileName, manufacturer) == 0);
 static_assert(offsetof(SMOFileName, name) == sizeof(QString));
 static_assert(offsetof(SMOFileName, number) == 2 * sizeof(QString));
 static_assert(std::is_nothrow_move_constructible_v<CMotorBaseName>);
+static_assert(!std::is_constructible_v<CMotorBaseName, const char16_t *>); // no mode
+static_assert(!std::is_constructible_v<CMotorBaseName, QString *>);
 static_assert(std::is_nothrow_move_assignable_v<CMotorBaseName>);
 static_assert(std::is_nothrow_swappable_v<CMotorBaseName>);
 static_assert(std::is_convertible_v<CMotorBaseName, QString>);
