@@ -3,7 +3,7 @@
 #include "CDeviceHardwareId.h"
 #include "CIPv6Address.h"
 #include "CMotorBaseName.h"
-#include "k7eGlobal.h"
+#include "Nk7eGlobal.h"
 
 #include <QFileInfo>
 #include <QRegExp>

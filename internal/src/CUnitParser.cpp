@@ -264,7 +264,7 @@ QMap<NUnits::EObjectUnit, QString> CUnitParser::initUnitToStr()
 {
     QMap<NUnits::EObjectUnit, QString> map;
     for (const UnitRow &row : kUnits)
-        map.insert(row.unit, row.name);
+        map.insert(map.cend(), row.unit, row.name);
     return map;
 }
 

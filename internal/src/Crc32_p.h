@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #ifdef Q_PROCESSOR_X86_64
+#include <cpuid.h>
 #include <immintrin.h>
 #endif
 
@@ -69,7 +70,15 @@ inline quint32 portable(quint32 crc, const uchar *data, std::size_t size)
 //! Returns whether this processor can do what folded() takes.
 inline bool canFold()
 {
-    static const bool can = __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("sse4.1");
+    // __builtin_cpu_supports() would ask for every feature there is when the library is loaded.
+    static const bool can = [] {
+        unsigned int eax = 0;
+        unsigned int ebx = 0;
+        unsigned int ecx = 0;
+        unsigned int edx = 0;
+        constexpr unsigned int kWanted = bit_PCLMUL | bit_SSE4_1;
+        return __get_cpuid(1, &eax, &ebx, &ecx, &edx) != 0 && (ecx & kWanted) == kWanted;
+    }();
     return can;
 }
 
