@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QDataStream>
 #include <QStringList>
+#include <QtTest>
 
 #include <algorithm>
 #include <initializer_list>
@@ -345,6 +346,61 @@ QByteArray bytesOf(const Format &format, const Arguments &...arguments)
     setFormat(out, format);
     write(out, arguments...);
     return bytes;
+}
+
+//! Adds rows with codes of an enumeration and the bytes that they have in a stream.
+inline void addCodeRows()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QByteArray>("bigEndian");
+    QTest::addColumn<QByteArray>("littleEndian");
+    const auto row
+        = [](const char *name, int type, const char *bigEndian, const char *littleEndian) {
+              QTest::newRow(name) << type << QByteArray(bigEndian) << QByteArray(littleEndian);
+          };
+    row("0 unset", 0, "00000000", "00000000");
+    row("1", 1, "00000001", "01000000");
+    row("0x01020304", 0x01020304, "01020304", "04030201");
+    row("-1", -1, "ffffffff", "ffffffff");
+    row("-2", -2, "fffffffe", "feffffff");
+    row("INT_MAX", INT_MAX, "7fffffff", "ffffff7f");
+    row("INT_MIN", INT_MIN, "80000000", "00000080");
+}
+
+//! Writes and reads the code of the row as a \a Code in all formats.
+template <class Code>
+void checkCode()
+{
+    QFETCH(const int, type);
+    for (const Format &format : kFormats) {
+        const bool isBig = format.order == QDataStream::BigEndian;
+        QByteArray bytes;
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        setFormat(out, format);
+        QCOMPARE(&(out << static_cast<Code>(type)), &out);
+        QTEST(bytes.toHex(), isBig ? "bigEndian" : "littleEndian");
+
+        QDataStream in(bytes + "tail");
+        setFormat(in, format);
+        auto read = static_cast<Code>(77);
+        QCOMPARE(&(in >> read), &in);
+        QCOMPARE(int(read), type);
+        QCOMPARE(in.status(), QDataStream::Ok);
+        QCOMPARE(in.device()->bytesAvailable(), 4LL);
+    }
+}
+
+//! Reads a \a Code from streams that are too short for one.
+template <class Code>
+void checkShortCode()
+{
+    for (int length = 0; length < 4; ++length) {
+        QDataStream in(QByteArray(length, '\x01'));
+        auto read = static_cast<Code>(77);
+        in >> read;
+        QCOMPARE(int(read), 0);
+        QCOMPARE(in.status(), QDataStream::ReadPastEnd);
+    }
 }
 
 //! Returns the item with empty texts made null: a short stream may leave either.

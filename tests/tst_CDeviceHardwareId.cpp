@@ -2,6 +2,7 @@
 
 #include "InThreads.h"
 #include "MessageRecorder.h"
+#include "TextSets.h"
 
 #include <QDataStream>
 #include <QStringList>
@@ -157,26 +158,6 @@ private:
     const QRegExp mPrefix = expression(R"(^\D{1}$)");
     const QRegExp mFirst = expression(R"(^\D{1,1})");
 };
-
-//! Calls \a check with every text of up to \a length units of \a alphabet until it returns false.
-template <class Check>
-void forAllTexts(const QString &alphabet, int length, Check check)
-{
-    for (int size = 0; size <= length; ++size) {
-        QVector<int> digits(size, 0);
-        QString text(size, alphabet.at(0));
-        for (int i = 0; i >= 0;) {
-            if (!check(text))
-                return;
-            for (i = size - 1; i >= 0; --i) {
-                digits[i] = (digits[i] + 1) % alphabet.size();
-                text[i] = alphabet.at(digits[i]);
-                if (digits[i] != 0)
-                    break;
-            }
-        }
-    }
-}
 
 //! Texts near the forms of an identifier, the same ones in each run.
 class RandomTexts

@@ -634,52 +634,17 @@ void tst_CDeviceList::compares()
 
 void tst_CDeviceList::streamOfType_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QByteArray>("bigEndian");
-    QTest::addColumn<QByteArray>("littleEndian");
-    const auto row
-        = [](const char *name, int type, const char *bigEndian, const char *littleEndian) {
-              QTest::newRow(name) << type << QByteArray(bigEndian) << QByteArray(littleEndian);
-          };
-    row("0 unset", 0, "00000000", "00000000");
-    row("3", 3, "00000003", "03000000");
-    row("0x01020304", 0x01020304, "01020304", "04030201");
-    row("-1", -1, "ffffffff", "ffffffff");
-    row("-2", -2, "fffffffe", "feffffff");
-    row("INT_MAX", INT_MAX, "7fffffff", "ffffff7f");
-    row("INT_MIN", INT_MIN, "80000000", "00000080");
+    DeviceStream::addCodeRows();
 }
 
 void tst_CDeviceList::streamOfType()
 {
-    QFETCH(const int, type);
-    for (const Format &format : kFormats) {
-        const bool isBig = format.order == QDataStream::BigEndian;
-        QByteArray bytes;
-        QDataStream out(&bytes, QIODevice::WriteOnly);
-        setFormat(out, format);
-        QCOMPARE(&(out << code(type)), &out);
-        QTEST(bytes.toHex(), isBig ? "bigEndian" : "littleEndian");
-
-        QDataStream in(bytes + "tail");
-        setFormat(in, format);
-        ESourceType read = code(77);
-        QCOMPARE(&(in >> read), &in);
-        QCOMPARE(int(read), type);
-        QCOMPARE(in.status(), QDataStream::Ok);
-        QCOMPARE(in.device()->bytesAvailable(), 4LL);
-    }
+    DeviceStream::checkCode<ESourceType>();
 }
 
 void tst_CDeviceList::shortStreamOfType()
 {
-    for (int length = 0; length < 4; ++length) {
-        QDataStream in(QByteArray(length, '\x01'));
-        ESourceType read = code(77);
-        in >> read;
-        QCOMPARE(int(read), 0);
-        QCOMPARE(in.status(), QDataStream::ReadPastEnd);
-    }
+    DeviceStream::checkShortCode<ESourceType>();
 }
 
 void tst_CDeviceList::stream_data()

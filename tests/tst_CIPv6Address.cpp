@@ -2,6 +2,7 @@
 
 #include "InThreads.h"
 #include "MessageRecorder.h"
+#include "TextSets.h"
 #include "k7eGlobal.h"
 
 #include <QDataStream>
@@ -141,21 +142,6 @@ public:
 private:
     const QRegExp mPattern = QRegExp(Nk7eGlobal::IPV6_PATTERN, Qt::CaseSensitive, QRegExp::RegExp);
 };
-
-//! Calls \a check with every text of up to \a length units of \a alphabet until it returns false.
-template <class Check>
-bool forAllTexts(const QString &alphabet, int length, Check check, const QString &text = QString())
-{
-    if (!check(text))
-        return false;
-    if (text.size() == length)
-        return true;
-    for (const QChar unit : alphabet) {
-        if (!forAllTexts(alphabet, length, check, text + unit))
-            return false;
-    }
-    return true;
-}
 
 //! Texts near those of addresses, the same ones in each run.
 class RandomTexts

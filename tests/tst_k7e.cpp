@@ -608,7 +608,7 @@ void tst_k7e::unreadableFiles_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("text");
 
-    for (const char *command : {"objects", "stream"}) {
+    for (const char *command : {"objects", "stream", "devices", "otp"}) {
         const QString name = QString::fromUtf8(command);
         QTest::addRow("%s, no such file", command)
             << name << QStringLiteral("none \u00fc.csv")

@@ -1,6 +1,7 @@
 #include "k7eGlobal.h"
 
 #include "InThreads.h"
+#include "TextSets.h"
 
 #include <QTemporaryDir>
 #include <QVector>
@@ -218,17 +219,6 @@ bool isTyped(const QString &text, int groups, int digits, IsDigit isDigit, QChar
         }
     }
     return behindDigits(places).last();
-}
-
-//! Calls \a check with all texts of up to \a length units of \a alphabet.
-template <class Check>
-void forAllTexts(const QString &alphabet, int length, Check check, const QString &text = QString())
-{
-    check(text);
-    if (text.size() == length)
-        return;
-    for (const QChar unit : alphabet)
-        forAllTexts(alphabet, length, check, text + unit);
 }
 
 } // namespace
@@ -636,6 +626,7 @@ void tst_k7eGlobal::allTypedTexts()
         }
         ++count;
         addresses += isAddress ? 1 : 0;
+        return true;
     };
     forAllTexts(QStringLiteral("1:"), 13, check);
     forAllTexts(QStringLiteral("1."), 13, check);

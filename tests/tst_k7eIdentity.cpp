@@ -63,8 +63,6 @@ private Q_SLOTS:
     void damagedLists_data();
     void damagedLists();
     void truncatedLists();
-    void unreadableFiles_data();
-    void unreadableFiles();
     void code_data();
     void code();
     void codeChecks_data();
@@ -340,36 +338,6 @@ void tst_k7eIdentity::truncatedLists()
                  where.constData());
         QVERIFY2(outcome.out.isEmpty() && outcome.status == 1, where.constData());
     }
-}
-
-void tst_k7eIdentity::unreadableFiles_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("text");
-    for (const char *command : {"devices", "otp"}) {
-        const QString name = QString::fromUtf8(command);
-        QTest::addRow("%s, no such file", command)
-            << name << QStringLiteral("none")
-            << QStringLiteral("none: No such file or directory\n");
-        QTest::addRow("%s, folder", command)
-            << name << QStringLiteral(".") << QStringLiteral(".: file to open is a directory\n");
-        QTest::addRow("%s, empty name", command)
-            << name << QString() << QStringLiteral(": No such file or directory\n");
-    }
-}
-
-void tst_k7eIdentity::unreadableFiles()
-{
-    QFETCH(QString, command);
-    QFETCH(QString, file);
-    QFETCH(QString, text);
-    const Sandbox sandbox;
-    QVERIFY(sandbox.isValid());
-    const Outcome outcome = sandbox.run({command, file});
-    QCOMPARE(outcome.errors, text);
-    QCOMPARE(outcome.out, QString());
-    QCOMPARE(outcome.status, 1);
 }
 
 void tst_k7eIdentity::code_data()
