@@ -1,0 +1,241 @@
+#include "CDir.h"
+
+#include "CPath.h"
+#include "FileSystem_p.h"
+#include "Trash_p.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+constexpr char kCannotCopy[] = "\nCDir::copyFile unable to copy %s";
+constexpr char kCannotCreate[] = "\nCDir::copyDirectory unable to create %s";
+constexpr char kCannotRemove[] = "\n CDir::removeFileOrDirectory: unable to remove %s";
+constexpr char kListed[] = "\n %s";
+constexpr char kListEnd[] = "\n--------------";
+
+// Contract: the walks leave hidden entries out, unlike toDirFilter().
+constexpr QDir::Filters kWalked = QDir::Dirs | QDir::Files | QDir::Drives | QDir::NoDotAndDotDot;
+
+// Goes to the buffer of the program's own output, so that the order is kept.
+void print(const char *format, const QString &text)
+{
+    std::printf(format, text.toLocal8Bit().constData());
+}
+
+// Calls 'visit' with an iterator at each entry of the tree under 'path'.
+template <class Visit>
+void walk(const QString &path, const QStringList &nameFilters, QDir::Filters filters, Visit visit)
+{
+    QDirIterator it(path, nameFilters, filters, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        visit(it);
+    }
+}
+
+// Puts the entries of the tree under 'path' behind 'entries'.
+void addTree(QFileInfoList &entries, const QString &path, const QStringList &nameFilters = {},
+             QDir::Filters filters = kWalked)
+{
+    walk(path, nameFilters, filters, [&](const QDirIterator &it) { entries += it.fileInfo(); });
+}
+
+// Cuts what a path may have behind the name of a symbolic link without changing what the path
+// names, and what makes the system look through the link: "/" and "/.".
+QString withoutTrailingDots(QString path)
+{
+    while (path.size() > 1
+           && (path.endsWith(QLatin1Char('/')) || path.endsWith(QLatin1String("/."))))
+        path.chop(1);
+    return path;
+}
+
+} // namespace
+
+bool CDir::removeFile(const QString &path)
+{
+    return QFile::remove(path);
+}
+
+bool CDir::removeDirectory(const QString &path)
+{
+    return !path.isEmpty() && QDir::temp().rmdir(path);
+}
+
+bool CDir::removeDirectoryRecursive(const QString &path)
+{
+    const QString entry = withoutTrailingDots(path);
+    // A QDir of an empty path is the current directory.
+    if (entry.isEmpty() || QFileInfo(entry).fileName() == QLatin1String(".."))
+        return false;
+    const QString place = FileSystem::resolved(entry);
+    return QFileInfo(place).isSymLink() ? QFile::remove(place) : QDir(place).removeRecursively();
+}
+
+bool CDir::removeFileOrDirectory(const QString &path)
+{
+    if (QFileInfo(path).isFile()) {
+        if (!removeFile(path))
+            print(kCannotRemove, path);
+    } else if (!removeDirectory(path)) {
+        print(kCannotRemove, path);
+        print(kListed, listFilesAndDirectories(path).join(QLatin1Char('\n')));
+        std::printf(kListEnd);
+    }
+    return !QFileInfo::exists(path);
+}
+
+bool CDir::removeFilesByPathList(const QStringList &paths)
+{
+    bool ok = true;
+    std::for_each(paths.rbegin(), paths.rend(),
+                  [&ok](const QString &path) { ok = removeFileOrDirectory(path) && ok; });
+    return ok;
+}
+
+bool CDir::copyFile(const QString &source, const QString &target)
+{
+    const QString place = FileSystem::resolved(target);
+    if (FileSystem::makeDirectory(QFileInfo(place).path()) && QFile::copy(source, place))
+        return true;
+    print(kCannotCopy, target);
+    return false;
+}
+
+bool CDir::copyFileF(const QString &source, const QString &target)
+{
+    const QString place = FileSystem::resolved(target);
+    const QFileInfo info(place);
+    FileSystem::makeDirectory(info.path());
+    if (!info.exists())
+        return QFile::copy(source, place);
+    const QString backup = QStringLiteral("%1/~%2").arg(info.absolutePath(), info.fileName());
+    // QFile::rename() would copy through a broken link of that name.
+    if (FileSystem::hasEntry(backup) || !FileSystem::renameEntry(place, backup))
+        return true; // Contract: nothing was changed, which is no failure
+    const bool isCopied = QFile::copy(source, place);
+    QFile::remove(backup); // Contract: after a failure too
+    return isCopied;
+}
+
+bool CDir::copyDirectory(const QString &source, const QString &target)
+{
+    Q_UNUSED(source)
+    if (FileSystem::makeDirectory(target))
+        return true;
+    print(kCannotCreate, target);
+    return false;
+}
+
+bool CDir::copyDirectoryRecursive(const QString &source, const QString &target)
+{
+    // All entries are known before the first is made: the target may lie in the tree.
+    const QString targetPath = CPath::ensurePathSeparatorAtEnd(FileSystem::resolved(target));
+    QFileInfoList entries;
+    addTree(entries, source);
+    for (const QFileInfo &entry : qAsConst(entries)) {
+        const QString path = entry.filePath();
+        const QString destination = targetPath + getRelativeSubPath(source, path);
+        if (entry.isFile() ? !copyFile(path, destination)
+                           : entry.isDir() && !copyDirectory(path, destination))
+            return false;
+    }
+    return true;
+}
+
+QString CDir::getRelativeSubPath(const QString &basePath, const QString &path)
+{
+    const QString base = QDir::fromNativeSeparators(basePath);
+    const QString full = QDir::fromNativeSeparators(path);
+    if (base == full || !full.startsWith(base))
+        return QString();
+    // A relative path would come back as it is.
+    return QDir(base).relativeFilePath(QFileInfo(full).absoluteFilePath());
+}
+
+QDir::Filters CDir::toDirFilter(Nk7eGlobal::EDirFilter filter)
+{
+    const QDir::Filters always = QDir::Hidden | QDir::NoDotAndDotDot;
+    switch (filter) {
+    case Nk7eGlobal::DIRFILTER_ALL:
+        return QDir::Dirs | QDir::Files | always;
+    case Nk7eGlobal::DIRFILTER_FILES:
+        return QDir::Files | always;
+    case Nk7eGlobal::DIRFILTER_DIRS:
+        return QDir::Dirs | always;
+    }
+    return always;
+}
+
+QFileInfoList CDir::entryInfoList(const QString &path, const QStringList &nameFilters,
+                                  QDir::Filters filters)
+{
+    return QDir(path).entryInfoList(nameFilters, filters, QDir::Unsorted);
+}
+
+QFileInfoList CDir::entryInfoList(const QString &path, const QStringList &nameFilters,
+                                  Nk7eGlobal::EDirFilter filter)
+{
+    return entryInfoList(path, nameFilters, toDirFilter(filter));
+}
+
+QFileInfoList CDir::entryInfoList(const QString &path, Nk7eGlobal::EDirFilter filter,
+                                  const QStringList &excludedNames)
+{
+    const QSet<QString> excluded(excludedNames.begin(), excludedNames.end());
+    QFileInfoList entries = entryInfoList(path, QStringList(), filter);
+    const auto isExcluded
+        = [&excluded](const QFileInfo &entry) { return excluded.contains(entry.fileName()); };
+    entries.erase(std::remove_if(entries.begin(), entries.end(), isExcluded), entries.end());
+    return entries;
+}
+
+QFileInfoList CDir::entryInfoListRecursive(const QString &path, const QStringList &nameFilters,
+                                           QDir::Filters filters)
+{
+    QFileInfoList entries;
+    addTree(entries, path, nameFilters, filters);
+    return entries;
+}
+
+QFileInfoList CDir::entryInfoListRecursive(const QString &path, const QStringList &nameFilters,
+                                           Nk7eGlobal::EDirFilter filter)
+{
+    return entryInfoListRecursive(path, nameFilters, toDirFilter(filter));
+}
+
+QStringList CDir::listFilesAndDirectories(const QString &path)
+{
+    QStringList paths(path);
+    walk(path, {}, kWalked, [&paths](const QDirIterator &it) { paths += it.filePath(); });
+    return paths;
+}
+
+QFileInfoList CDir::listFileAndDirInfos(const QString &path)
+{
+    QFileInfoList infos{QFileInfo(path)};
+    addTree(infos, path);
+    return infos;
+}
+
+QString CDir::addPathToPath(const QString &path, const QString &subPath)
+{
+    return CPath::addPathToPath(path, subPath);
+}
+
+QString CDir::addFileNameToPath(const QString &path, const QString &fileName)
+{
+    return CPath::addFileNameToPath(path, fileName);
+}
+
+int CDir::moveToTrash(const QString &path)
+{
+    return Trash::move(path);
+}
