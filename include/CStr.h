@@ -4,14 +4,18 @@
 #include "NTypes.h"
 #include "k7eCoreExport.h"
 
+#include <QDate>
 #include <QString>
 
 class QByteArray;
 class QChar;
+class QDataStream;
+class QLocale;
 
 /*!
     Text utilities: range-tested numbers, fixed point, revisions, serial numbers, memory sizes,
-    shortening, UTF-16 buffers and the texts that name types and devices. Static members only.
+    shortening, UTF-16 buffers, and the texts that name types, devices and programs. Static members
+    only.
 
     No member keeps a state: all may be called from any thread. Unless a member says otherwise,
     neither the locale nor the environment plays a part.
@@ -173,6 +177,51 @@ public:
     Q_REQUIRED_RESULT static QString createSubDeviceSelectionValue(const QString &deviceName,
                                                                    const QString &subDeviceName,
                                                                    unsigned int serial);
+
+    //! Returns "[ V1.60 ]" for the \a version "1.60", and " - " and \a extra behind it if there is
+    //! one.
+    Q_REQUIRED_RESULT static QString getVersionString(const QString &version, const QString &extra);
+    //! Returns "[ V1.60 - 11/5/26 ]" with createDate(), and " - " and \a extra behind it if there
+    //! is one.
+    Q_REQUIRED_RESULT static QString getVersionString(const QString &version,
+                                                      const QString &buildDate,
+                                                      const QLocale &locale, const QString &extra);
+    //! Returns the date of createQDateFrom__DATE__() in the short format of \a locale; empty if it
+    //! is invalid.
+    Q_REQUIRED_RESULT static QString createDate(const QLocale &locale, const QString &buildDate);
+    /*!
+        Returns the date in a text of the form of the compiler's __DATE__, such as "Nov  5 2026":
+        the English short name of the month, day and year with blanks between them. An invalid date
+        for any other text.
+    */
+    Q_REQUIRED_RESULT static QDate createQDateFrom__DATE__(const QString &buildDate);
+    //! Returns "application - company - [ V1.60 - 11/5/26 ]" with the long name of the company and
+    //! getVersionString().
+    Q_REQUIRED_RESULT static QString createApplicationTitle(const QLocale &locale,
+                                                            const QString &buildDate,
+                                                            const QString &applicationName,
+                                                            const QString &version,
+                                                            const QString &extra);
+    /*!
+        Returns "company application - V1.60 - [ Build 42 - 2026-11-05 ]" with the short name of the
+        company; without the number if it is 0, without the date if it is invalid, and without the
+        brackets if the number is 0 and \a buildDate empty. \a locale plays no part.
+    */
+    Q_REQUIRED_RESULT static QString createShortApplicationTitle(const QLocale &locale,
+                                                                 const QString &applicationName,
+                                                                 const QString &version,
+                                                                 const QString &buildDate,
+                                                                 unsigned int buildNumber);
+    /*!
+        Returns the path of a log file in the directory CPath::logPath(), which is not made: \a
+        baseName, or the name of the running program if it is empty, without directory and last
+        suffix; then "_PID" and the id of the process if \a withPid is set, and ".log".
+    */
+    Q_REQUIRED_RESULT static QString createLogFileName(QString baseName, bool withPid);
+
+    //! Returns whether the status of \a stream is QDataStream::Ok; if not, sets \a error to a
+    //! translated text that says what was wrong when the value named \a valueName was read.
+    static bool inStreamStatus(const QDataStream &stream, const QString &valueName, QString &error);
 };
 
 #endif // CSTR_H

@@ -29,7 +29,7 @@ double CMath::exp10(int exponent)
 
 double CMath::round(double value, unsigned int decimals)
 {
-    const long double f = static_cast<long double>(factor(decimals));
+    const auto f = static_cast<long double>(factor(decimals));
     const long double half = value > 0 ? 0.5L : -0.5L;
     const auto integer
         = FloatToInteger::truncated<qint64>(static_cast<long double>(value) * f + half);

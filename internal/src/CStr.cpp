@@ -1,11 +1,16 @@
 #include "CStr.h"
 
+#include "CCompanyStrings.h"
+#include "CPath.h"
 #include "CodeTable_p.h"
 #include "TypeNames_p.h"
 #include "Utf16_p.h"
 
 #include <QByteArray>
 #include <QChar>
+#include <QCoreApplication>
+#include <QDataStream>
+#include <QFileInfo>
 #include <QLocale>
 #include <QRegExp>
 #include <QStringList>
@@ -105,6 +110,31 @@ bool readRevision(const QString &text, Revision &revision)
         return false;
     revision = static_cast<Revision>(high << Bits | low);
     return true;
+}
+
+constexpr char kReadPastEnd[] = QT_TRANSLATE_NOOP(
+    "CStr",
+    "Stream ERROR while reading value \"%1\" : The data stream has read past the end of the data.");
+constexpr char kReadCorruptData[] = QT_TRANSLATE_NOOP(
+    "CStr", "Stream ERROR while reading value \"%1\" : The data stream has read corrupt data.");
+constexpr char kUnknownStatus[]
+    = QT_TRANSLATE_NOOP("CStr", "Stream ERROR while reading value \"%1\" : Unknown stream status.");
+
+const char *streamErrorText(QDataStream::Status status)
+{
+    switch (status) {
+    case QDataStream::ReadPastEnd:
+        return kReadPastEnd;
+    case QDataStream::ReadCorruptData:
+        return kReadCorruptData;
+    default:
+        return kUnknownStatus;
+    }
+}
+
+QString withExtra(const QString &text, const QString &extra)
+{
+    return extra.isEmpty() ? text : QStringLiteral("%1 - %2").arg(text, extra);
 }
 
 } // namespace
@@ -417,4 +447,79 @@ QString CStr::createSubDeviceSelectionValue(const QString &deviceName, const QSt
 {
     return QStringLiteral("%1 - %2").arg(deviceName,
                                          createDeviceSelectionValue(subDeviceName, serial));
+}
+
+QString CStr::getVersionString(const QString &version, const QString &extra)
+{
+    return withExtra(QStringLiteral("[ V%1 ]").arg(version), extra);
+}
+
+QString CStr::getVersionString(const QString &version, const QString &buildDate,
+                               const QLocale &locale, const QString &extra)
+{
+    return withExtra(QStringLiteral("[ V%1 - %2 ]").arg(version, createDate(locale, buildDate)),
+                     extra);
+}
+
+QString CStr::createDate(const QLocale &locale, const QString &buildDate)
+{
+    return createQDateFrom__DATE__(buildDate).toString(locale.dateFormat(QLocale::ShortFormat));
+}
+
+QDate CStr::createQDateFrom__DATE__(const QString &buildDate)
+{
+    QStringList pieces = buildDate.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (pieces.size() != 3)
+        return QDate();
+    QString &day = pieces[1];
+    if (day.size() == 1)
+        day.prepend(QLatin1Char('0'));
+    // The name of no locale gives the neutral one, whose months are English in every environment.
+    const QLocale english(QStringLiteral("QLocale::English"));
+    return english.toDate(pieces.join(QLatin1Char(' ')), QStringLiteral("MMM dd yyyy"));
+}
+
+QString CStr::createApplicationTitle(const QLocale &locale, const QString &buildDate,
+                                     const QString &applicationName, const QString &version,
+                                     const QString &extra)
+{
+    return QStringLiteral("%1 - %2 - %3")
+        .arg(applicationName, CCompanyStrings::getCompanyLongName(),
+             getVersionString(version, buildDate, locale, extra));
+}
+
+QString CStr::createShortApplicationTitle(const QLocale &locale, const QString &applicationName,
+                                          const QString &version, const QString &buildDate,
+                                          unsigned int buildNumber)
+{
+    Q_UNUSED(locale) // Contract: the date is the same under every locale
+    QString title = QStringLiteral("%1 %2 - V%3")
+                        .arg(CCompanyStrings::getCompanyShortName(), applicationName, version);
+    if (buildDate.isEmpty() && buildNumber == 0)
+        return title;
+    QStringList build;
+    if (buildNumber != 0)
+        build += QStringLiteral("Build %1").arg(buildNumber);
+    const QDate date = createQDateFrom__DATE__(buildDate);
+    if (date.isValid())
+        build += date.toString(Qt::ISODate);
+    return QStringLiteral("%1 - [ %2 ]").arg(title, build.join(QStringLiteral(" - ")));
+}
+
+QString CStr::createLogFileName(QString baseName, bool withPid)
+{
+    const QFileInfo file(baseName.isEmpty() ? QCoreApplication::applicationFilePath() : baseName);
+    QString name = file.completeBaseName();
+    if (withPid)
+        name += QStringLiteral("_PID%1").arg(QCoreApplication::applicationPid());
+    return CPath::logPath(false) + name + QLatin1String(".log");
+}
+
+bool CStr::inStreamStatus(const QDataStream &stream, const QString &valueName, QString &error)
+{
+    const QDataStream::Status status = stream.status();
+    if (status == QDataStream::Ok)
+        return true;
+    error = QCoreApplication::translate("CStr", streamErrorText(status)).arg(valueName);
+    return false;
 }

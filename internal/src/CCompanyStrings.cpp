@@ -1,0 +1,181 @@
+#include "CCompanyStrings.h"
+
+#include "CPath.h"
+
+#include <QFile>
+
+namespace {
+
+QString productKey(int id, const char *key)
+{
+    return CCompanyStrings::productSection(id) + QLatin1String(key);
+}
+
+} // namespace
+
+CCreateOnFirstUseSettings::CCreateOnFirstUseSettings(QString fileName)
+    : mFileName(std::move(fileName))
+{
+}
+
+CCreateOnFirstUseSettings::~CCreateOnFirstUseSettings() = default;
+
+QSettings *CCreateOnFirstUseSettings::settings()
+{
+    if (!mSettings)
+        Init();
+    return mSettings.get();
+}
+
+void CCreateOnFirstUseSettings::Init()
+{
+    const QString installed = CPath::constConfigPath(true) + mFileName;
+    const QString file = QFile::exists(installed)
+        ? installed
+        : QStringLiteral(":/k7eCore/data/Setup.Ini"); // whatever the file's name is
+    mSettings.reset(new QSettings(file, QSettings::IniFormat));
+}
+
+CCreateOnFirstUseSettings CCompanyStrings::mSettings(QStringLiteral("Setup.Ini"));
+
+QString CCompanyStrings::text(const QString &key)
+{
+    return mSettings.settings()->value(key).toString();
+}
+
+QString CCompanyStrings::getCompanyLongName()
+{
+    return text(QStringLiteral("COMPANY/NameLong"));
+}
+
+QString CCompanyStrings::getCompanyMediumName()
+{
+    return text(QStringLiteral("COMPANY/NameMedium"));
+}
+
+QString CCompanyStrings::getCompanyShortName()
+{
+    return text(QStringLiteral("COMPANY/NameShort"));
+}
+
+QString CCompanyStrings::getAddressName()
+{
+    return text(QStringLiteral("COMPANY/AddressName"));
+}
+
+QString CCompanyStrings::getAddressStreet()
+{
+    return text(QStringLiteral("COMPANY/AddressStreet"));
+}
+
+QString CCompanyStrings::getAddressCity()
+{
+    return text(QStringLiteral("COMPANY/AddressCity"));
+}
+
+QString CCompanyStrings::getAddressHtml()
+{
+    return text(QStringLiteral("COMPANY/AddressHtml"));
+}
+
+QString CCompanyStrings::getWebUrl()
+{
+    return text(QStringLiteral("COMPANY/WebUrl"));
+}
+
+QString CCompanyStrings::getEMail()
+{
+    return text(QStringLiteral("COMPANY/eMail"));
+}
+
+QString CCompanyStrings::getUpdateVersionFile()
+{
+    return text(QStringLiteral("COMPANY/UpdateVersionFile"));
+}
+
+QString CCompanyStrings::getUpdatePath()
+{
+    return text(QStringLiteral("COMPANY/UpdatePath"));
+}
+
+QString CCompanyStrings::getUpdateChangelogFile()
+{
+    return text(QStringLiteral("COMPANY/UpdateChangelogFile"));
+}
+
+QString CCompanyStrings::getOpenSourceUrl()
+{
+    return text(QStringLiteral("COMPANY/OpenSourceUrl"));
+}
+
+QString CCompanyStrings::getImageFile(const QString &key)
+{
+    const QString name = text(key);
+    return name.isEmpty() ? QString() : CPath::imagePath(true) + name;
+}
+
+QString CCompanyStrings::getLogoAndNameBitmapFile_145x52()
+{
+    return getImageFile(QStringLiteral("COMPANY/LogoAndNameBitmap_145x52"));
+}
+
+QString CCompanyStrings::getLogoAndNameBitmapFile_105x30()
+{
+    return getImageFile(QStringLiteral("COMPANY/LogoAndNameBitmap_105x30"));
+}
+
+QString CCompanyStrings::getLogoAndNameBitmapFile_105x30_inverted()
+{
+    return getImageFile(QStringLiteral("COMPANY/LogoAndNameBitmap_105x30_inverted"));
+}
+
+QString CCompanyStrings::getLogoBitmapFile_32x32()
+{
+    return getImageFile(QStringLiteral("COMPANY/Logo_32x32"));
+}
+
+QString CCompanyStrings::getLogoBitmapFile_16x16()
+{
+    return getImageFile(QStringLiteral("COMPANY/Logo_16x16"));
+}
+
+QString CCompanyStrings::getProductSplashScreenBitmapFile(int id)
+{
+    return getImageFile(productKey(id, "/SplashScreen"));
+}
+
+QString CCompanyStrings::productSection(int id)
+{
+    return QLatin1String("PRODUCT") + QString::number(id);
+}
+
+QString CCompanyStrings::getProductName(int id)
+{
+    const QString name = text(productKey(id, "/Name"));
+    return name.isEmpty() ? productSection(id) : name;
+}
+
+QString CCompanyStrings::getProductExeFile(int id)
+{
+    return CPath::binPath(true) + text(productKey(id, "/ExeFile"));
+}
+
+QString CCompanyStrings::getProductEMailAddress(int id)
+{
+    return text(productKey(id, "/eMail"));
+}
+
+QString CCompanyStrings::getProductUpdateVersionFile(int id)
+{
+    return text(productKey(id, "/UpdateVersionFile"));
+}
+
+QString CCompanyStrings::getProductUpdatePath(int id)
+{
+    return text(productKey(id, "/UpdatePath"));
+}
+
+QString CCompanyStrings::getProductUpdateChangelogFile(int id)
+{
+    return text(productKey(id, "/UpdateChangelogFile"));
+}
