@@ -77,6 +77,13 @@ bool CommandLine::parse(const QStringList &words, Console &console)
     return true;
 }
 
+void CommandLine::refuse(const QString &option, Console &console) const
+{
+    console.usageError(
+        mProgram,
+        QStringLiteral("\"%1\" is no value for --%2").arg(visible(value(option)), option));
+}
+
 QString CommandLine::helpText() const
 {
     // Qt's first line names the file that was started, which says nothing about the command.

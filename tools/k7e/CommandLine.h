@@ -37,6 +37,9 @@ public:
     */
     bool parse(const QStringList &words, Console &console);
 
+    //! Tells \a console that the value of \a option cannot be taken.
+    void refuse(const QString &option, Console &console) const;
+
     bool isSet(const QString &option) const { return mParser.isSet(option); }
     QString value(const QString &option) const { return mParser.value(option); }
     QStringList values(const QString &option) const { return mParser.values(option); }

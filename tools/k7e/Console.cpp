@@ -16,6 +16,12 @@ void Console::show(const char *title, const QString &text)
     mOut << QString(QLatin1String(title)).leftJustified(kTitleWidth) << text << '\n';
 }
 
+void Console::write(const QByteArray &bytes)
+{
+    mOut.flush();
+    mOutFile.write(bytes);
+}
+
 void Console::error(const QString &text)
 {
     writeError(text);

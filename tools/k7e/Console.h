@@ -26,6 +26,9 @@ public:
     //! Writes a line with a short \a title and \a text to standard output.
     void show(const char *title, const QString &text);
 
+    //! Writes \a bytes as they are to standard output.
+    void write(const QByteArray &bytes);
+
     //! Writes the line \a text to standard error; the program will end with DataError.
     void error(const QString &text);
     //! Writes what is wrong with the command line of \a program; the program will end with

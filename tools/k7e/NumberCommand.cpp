@@ -1,3 +1,4 @@
+#include "Actions.h"
 #include "CK7String.h"
 #include "CStr.h"
 #include "CommandLine.h"
@@ -110,12 +111,10 @@ void addOptions(CommandLine &line)
 }
 
 // Returns what the options say, or nothing after a usage error.
-std::optional<Request> request(const CommandLine &line, const QString &program, Console &console)
+std::optional<Request> request(const CommandLine &line, Console &console)
 {
     const auto refuse = [&](const QString &option) {
-        console.usageError(
-            program,
-            QStringLiteral("\"%1\" is no value for --%2").arg(visible(line.value(option)), option));
+        line.refuse(option, console);
         return std::nullopt;
     };
     Request result;
@@ -156,7 +155,7 @@ void runRead(const QStringList &arguments, Console &console)
                      QStringLiteral("The text; behind \"--\" it may begin with \"-\"."));
     if (!line.parse(arguments, console))
         return;
-    const std::optional<Request> asked = request(line, arguments.first(), console);
+    const std::optional<Request> asked = request(line, console);
     if (!asked)
         return;
     const QString text = line.arguments().first();
@@ -181,7 +180,7 @@ void runWrite(const QStringList &arguments, Console &console)
         QStringLiteral("The number, in decimal; behind \"--\" it may begin with \"-\"."));
     if (!line.parse(arguments, console))
         return;
-    const std::optional<Request> asked = request(line, arguments.first(), console);
+    const std::optional<Request> asked = request(line, console);
     if (!asked)
         return;
     const QString number = line.arguments().first();
@@ -199,24 +198,10 @@ void runWrite(const QStringList &arguments, Console &console)
 
 void runNumber(const QStringList &arguments, Console &console)
 {
-    CommandLine line(arguments.first(),
-                     QStringLiteral("Shows what a number format does.\n\n"
-                                    "  read   reads a text in a format\n"
-                                    "  write  writes a number in a format"));
-    line.addArgument(QStringLiteral("read|write"), QStringLiteral("What to do."));
-    line.addArgument(QStringLiteral("ARGUMENT"), QStringLiteral("Options, and a text or number."),
-                     CommandLine::Need::AnyNumber);
-    line.endOptionsAtFirstArgument();
-    if (!line.parse(arguments, console))
-        return;
-    QStringList rest = line.arguments();
-    const QString action = rest.first();
-    rest.first() = arguments.first() + QLatin1Char(' ') + action;
-    if (action == QLatin1String("read"))
-        runRead(rest, console);
-    else if (action == QLatin1String("write"))
-        runWrite(rest, console);
-    else
-        console.usageError(arguments.first(),
-                           QStringLiteral("\"%1\" is neither read nor write").arg(visible(action)));
+    runAction(arguments,
+              QStringLiteral("Shows what a number format does.\n\n"
+                             "  read   reads a text in a format\n"
+                             "  write  writes a number in a format"),
+              QStringLiteral("Options, and a text or number."),
+              {{"read", &runRead}, {"write", &runWrite}}, console);
 }

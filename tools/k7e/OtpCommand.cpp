@@ -55,12 +55,10 @@ void addOptions(CommandLine &line)
 }
 
 // Returns what the options say, or nothing after a usage error.
-std::optional<Request> request(const CommandLine &line, const QString &program, Console &console)
+std::optional<Request> request(const CommandLine &line, Console &console)
 {
     const auto refuse = [&](const QString &option) {
-        console.usageError(
-            program,
-            QStringLiteral("\"%1\" is no value for --%2").arg(visible(line.value(option)), option));
+        line.refuse(option, console);
         return std::nullopt;
     };
     Request result;
@@ -105,7 +103,7 @@ void runOtp(const QStringList &arguments, Console &console)
     addOptions(line);
     if (!line.parse(arguments, console))
         return;
-    const std::optional<Request> asked = request(line, arguments.first(), console);
+    const std::optional<Request> asked = request(line, console);
     if (!asked)
         return;
     const int digits = static_cast<int>(asked->digits);

@@ -33,6 +33,12 @@ constexpr Command kCommands[] = {
     {"motor", "shows the parts of a motor base name", &runMotor},
     {"ipv6", "shows an IPv6 address as text and bytes", &runIpv6},
     {"otp", "shows or checks a one-time code", &runOtp},
+    {"tar", "shows the members of a tar archive and writes their data", &runTar},
+    {"paths", "shows where the programs keep their files", &runPaths},
+    {"company", "shows what the settings say of the maker or a program", &runCompany},
+    {"entrypoint", "shows the entry point for file transfer of a path", &runEntrypoint},
+    {"trash", "moves a file or directory into your trash", &runTrash},
+    {"copy", "copies a file or a tree", &runCopy},
 };
 
 QString description()
@@ -43,7 +49,7 @@ QString description()
         "Commands (\"k7e COMMAND --help\" tells more):\n");
     for (const Command &command : kCommands) {
         text += QStringLiteral("  %1%2\n")
-                    .arg(QString(QLatin1String(command.name)).leftJustified(9),
+                    .arg(QString(QLatin1String(command.name)).leftJustified(12),
                          QLatin1String(command.summary));
     }
     text += QStringLiteral("\nExit status: 0 if all went well, 1 after an error in a file or a "
