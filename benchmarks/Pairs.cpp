@@ -28,7 +28,7 @@ public:
     {
         for (const Run &run : runs) {
             if (run.run_type == Run::RT_Iteration)
-                mTimes[run.run_name.function_name].push_back(run.GetAdjustedCPUTime());
+                mTimes[run.run_name.function_name].push_back(timeOf(run));
         }
     }
 
@@ -51,6 +51,12 @@ public:
     }
 
 private:
+    static double timeOf(const Run &run)
+    {
+        const bool isMeasured = run.run_name.time_type == "manual_time";
+        return isMeasured ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
+    }
+
     double median(const std::string &name)
     {
         std::vector<double> &times = mTimes[name];
@@ -79,6 +85,9 @@ int main(int argc, char **argv)
     addIdentityPairs();
     addDeviceListPairs();
     addHmacPairs();
+    addTarPairs();
+    addDirPairs();
+    addLoadPairs();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

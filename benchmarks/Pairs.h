@@ -50,13 +50,51 @@ void add(const std::string &name, const Limit &limit, Ours ours, Peer peer)
     addBenchmark(name + "/peer", peer);
 }
 
+//! Registers a pair of operations on files; \a undo is called after each and not measured.
+template <class Ours, class Peer, class Undo>
+void addUndone(const std::string &name, double ratio, Ours ours, Peer peer, Undo undo)
+{
+    add(name, {ratio, 0, -1}, -1);
+    const auto addOne = [undo](const std::string &one, auto operation) {
+        benchmark::RegisterBenchmark(one.c_str(), [operation, undo](benchmark::State &state) {
+            for ([[maybe_unused]] auto _ : state) {
+                benchmark::DoNotOptimize(operation());
+                state.PauseTiming();
+                undo();
+                state.ResumeTiming();
+            }
+        });
+    };
+    addOne(name + "/ours", ours);
+    addOne(name + "/peer", peer);
+}
+
+//! Registers a pair of functions that return the seconds that they have measured themselves.
+template <class Ours, class Peer>
+void addMeasured(const std::string &name, double ratio, Ours ours, Peer peer)
+{
+    add(name, {ratio, 0, -1}, -1);
+    const auto addOne = [](const std::string &one, auto measure) {
+        const auto run = [measure](benchmark::State &state) {
+            for ([[maybe_unused]] auto _ : state)
+                state.SetIterationTime(measure());
+        };
+        benchmark::RegisterBenchmark(one.c_str(), run)->UseManualTime()->Iterations(20);
+    };
+    addOne(name + "/ours", ours);
+    addOne(name + "/peer", peer);
+}
+
 } // namespace Pairs
 
 void addDeviceListPairs();
+void addDirPairs();
 void addHmacPairs();
 void addIdentityPairs();
+void addLoadPairs();
 void addMathPairs();
 void addNumberTextPairs();
+void addTarPairs();
 void addTimePairs();
 void addUnitParserPairs();
 void addVariantPairs();
