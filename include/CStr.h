@@ -18,7 +18,8 @@ class QLocale;
     only.
 
     No member keeps a state: all may be called from any thread. Unless a member says otherwise,
-    neither the locale nor the environment plays a part.
+    neither the locale nor the environment plays a part. The titles take the company's names from
+    CCompanyStrings, which is to be asked once before other threads run.
 */
 class K7ECORE_EXPORT CStr
 {

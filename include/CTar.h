@@ -54,8 +54,8 @@ public:
 
     /*!
         Reads the table of contents of the archive \a fileName up to the block of zeros at its end,
-        and returns whether it got there. If not, the archive is open and the members before the
-        failure are there all the same.
+        and returns whether it got there. If not, the members before the failure are there all
+        the same, and the archive is open if it could be opened.
 
         Contract: a size that is no octal number is a failure that leaves error() as it was. Callers
         rely on it.
@@ -76,7 +76,7 @@ public:
     Q_REQUIRED_RESULT QList<CTarFileInfo> infos() const { return mInfos; }
 
     //! Reads the data of a member into \a data and returns whether it is all there; if it ends too
-    //! early, \a data holds what there is, after any other failure what it did before.
+    //! early, \a data holds what there is, after a failure before it is read what it did before.
     bool file(int index, QByteArray &data);
     //! Reads the data of the first member named \a name in the same way.
     bool file(const QString &name, QByteArray &data);
@@ -86,10 +86,12 @@ private:
 
     bool readFileHeader(qint64 &position, bool &isEnd);
     bool seek(qint64 position);
+    qint64 fileSize() const;
     bool fail(const QString &error);
 
     QString mError;
     QFile mFile;
+    qint64 mFileSize = 0; // when it was loaded
     QStringList mNames;
     QList<CTarFileInfo> mInfos;
     mutable QHash<QString, int> mIndexes; // of the first member of each name; made when asked for

@@ -369,6 +369,7 @@ private Q_SLOTS:
     void badSizes();
     void sizeBytes_data();
     void sizeBytes();
+    void promisedMemory();
     void blockEdges_data();
     void blockEdges();
     void magics_data();
@@ -840,6 +841,23 @@ void tst_CTar::sizeBytes_data()
     QTest::newRow("within 12") << QByteArray("1") << QByteArray("2");
     QTest::newRow("behind 12") << QByteArray("12") << QByteArray();
     QTest::newRow("the last of 12") << QByteArray("00000000001") << QByteArray();
+}
+
+// What a header promises is not believed: the array that is filled is no larger than the file.
+void tst_CTar::promisedMemory()
+{
+    const QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    for (const char *size : {"3777777", "4000000", "77777777777"}) {
+        const QString path = written(folder, Header{"a", size}.bytes() + blocks(pattern(1000)));
+        QVERIFY(!path.isEmpty());
+        CTar archive;
+        QVERIFY(!archive.loadFile(path));
+        QByteArray data;
+        QVERIFY(!archive.file(0, data));
+        QCOMPARE(data.left(1000), pattern(1000));
+        QVERIFY2(data.capacity() <= 2048, size);
+    }
 }
 
 // Every byte at a place of the size. What Qt takes for an octal number is one, but for signs.

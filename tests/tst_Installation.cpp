@@ -315,6 +315,7 @@ private Q_SLOTS:
     void environment_data();
     void environment();
     void loadsAndUnloads();
+    void unloadsWithSettings();
 
 private:
     int mCompanyMode = kNoEntry;
@@ -624,6 +625,25 @@ void tst_Installation::loadsAndUnloads()
         QVERIFY(!QFile::exists(resource));
         QCOMPARE(root.entryList(QDir::AllEntries | QDir::Hidden), before);
     }
+}
+
+// What Qt keeps of settings that were open does not need the library: else the end of this program
+// would not be in order.
+void tst_Installation::unloadsWithSettings()
+{
+    const QString root = QFileInfo(QCoreApplication::applicationDirPath()).path();
+    QLibrary library(QStringLiteral(K7E_LIBRARY));
+    QVERIFY2(library.load(), qPrintable(library.errorString()));
+    using Text = QString (*)();
+    const auto name
+        = reinterpret_cast<Text>(library.resolve("_ZN15CCompanyStrings19getCompanyShortNameEv"));
+    QVERIFY(name != nullptr);
+    {
+        const QString text = name();
+        QCOMPARE(text, QStringLiteral("KORVALENT"));
+    }
+    QVERIFY2(library.unload(), qPrintable(library.errorString()));
+    QVERIFY(QDir(root + QStringLiteral("/etc")).removeRecursively());
 }
 
 QTEST_GUILESS_MAIN(tst_Installation)

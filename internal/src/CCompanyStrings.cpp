@@ -2,7 +2,7 @@
 
 #include "CPath.h"
 
-#include <QFile>
+#include <QFileInfo>
 
 namespace {
 
@@ -30,9 +30,11 @@ QSettings *CCreateOnFirstUseSettings::settings()
 void CCreateOnFirstUseSettings::Init()
 {
     const QString installed = CPath::constConfigPath(true) + mFileName;
-    const QString file = QFile::exists(installed)
+    // The built-in ones whatever the file's name is. Not a literal in place: Qt keeps the name to
+    // the end of the program, and the library may be unloaded before.
+    const QString file = QFileInfo(installed).isFile()
         ? installed
-        : QStringLiteral(":/k7eCore/data/Setup.Ini"); // whatever the file's name is
+        : QString(QLatin1String(":/k7eCore/data/Setup.Ini"));
     mSettings.reset(new QSettings(file, QSettings::IniFormat));
 }
 

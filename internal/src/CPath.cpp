@@ -24,11 +24,10 @@ bool isUnwanted(QChar character)
     return QLatin1String("<>:!?|\"").contains(character);
 }
 
-QDir installDirectory()
+// The parent of the program's directory, by its text: the installation may be gone by now.
+QString installDirectory()
 {
-    QDir directory(QCoreApplication::applicationDirPath());
-    directory.cdUp();
-    return directory;
+    return QFileInfo(QCoreApplication::applicationDirPath()).absolutePath();
 }
 
 } // namespace
@@ -52,12 +51,12 @@ const QString CPath::CPATH_COMPANY = QStringLiteral("KORVALENT/");
 
 QString CPath::installPath()
 {
-    return installDirectory().absolutePath() + kSeparator;
+    return installDirectory() + kSeparator;
 }
 
 QString CPath::productName()
 {
-    return installDirectory().dirName();
+    return QFileInfo(installDirectory()).fileName();
 }
 
 QString CPath::appdataPath()

@@ -101,6 +101,7 @@ bool CTar::loadFile(const QString &fileName)
     // Not buffered: a buffer would be filled at each header with data that is not asked for.
     if (!mFile.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return fail(mFile.errorString());
+    mFileSize = mFile.size();
     qint64 position = 0;
     bool isEnd = false;
     bool ok = true;
@@ -160,15 +161,15 @@ bool CTar::file(int index, QByteArray &data)
         return fail(message(kNoIndex).arg(index).arg(count()));
     const CTarFileInfo &info = mInfos.at(index);
     const qint64 begin = info.position + kBlock;
-    if (!seek(begin))
-        return false;
-    // A header may promise more than there is, or than an array can hold. For a size that is
-    // nothing out of the ordinary the system need not be asked.
-    constexpr qint64 kOrdinary = 1 << 20;
+    // A header may promise more than there is, or than an array can hold.
     constexpr qint64 kMaxBytes = 0x7FFFFF00;
     qint64 bytes = info.size;
-    if (bytes > kOrdinary)
-        bytes = qBound(Q_INT64_C(0), mFile.size() - begin, std::min(bytes, kMaxBytes));
+    if (bytes > mFileSize - begin)
+        bytes = std::min(bytes, std::max(fileSize() - begin, Q_INT64_C(0)));
+    bytes = std::min(bytes, kMaxBytes);
+    if (!seek(begin))
+        return false;
+    data.reserve(static_cast<int>(bytes));
     data.resize(static_cast<int>(bytes));
     bytes = mFile.read(data.data(), bytes);
     data.truncate(static_cast<int>(std::max(bytes, Q_INT64_C(0))));
@@ -184,11 +185,18 @@ bool CTar::file(const QString &name, QByteArray &data)
     return found < 0 ? fail(message(kNoName)) : file(found, data);
 }
 
-// By the system's own call: QFile::seek() would log what fails. Without a buffer the file is read where
-// the system is.
+// By the system's own call: QFile::seek() would log what fails. Without a buffer the file is read
+// where the system is.
 bool CTar::seek(qint64 position)
 {
     return lseek(mFile.handle(), position, SEEK_SET) == position || fail(qt_error_string(errno));
+}
+
+// The present size of the archive, which may be a device.
+qint64 CTar::fileSize() const
+{
+    const qint64 size = mFile.size();
+    return size > 0 ? size : lseek(mFile.handle(), 0, SEEK_END);
 }
 
 bool CTar::fail(const QString &error)
