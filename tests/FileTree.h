@@ -64,6 +64,35 @@ private:
     QTextCodec *const mBefore = QTextCodec::codecForLocale();
 };
 
+//! Lets no more files be open than there are and some more while it lives.
+class OpenFileLimit
+{
+public:
+    explicit OpenFileLimit(rlim_t more)
+    {
+        getrlimit(RLIMIT_NOFILE, &mBefore);
+        rlimit limit = mBefore;
+        limit.rlim_cur = firstFree() + more;
+        mIsValid = setrlimit(RLIMIT_NOFILE, &limit) == 0;
+    }
+    ~OpenFileLimit() { setrlimit(RLIMIT_NOFILE, &mBefore); }
+
+    bool isValid() const { return mIsValid; }
+
+private:
+    Q_DISABLE_COPY(OpenFileLimit)
+
+    static rlim_t firstFree()
+    {
+        const int file = open("/", O_PATH | O_CLOEXEC);
+        close(file);
+        return static_cast<rlim_t>(file);
+    }
+
+    rlimit mBefore{};
+    bool mIsValid = false;
+};
+
 //! Lets no file grow beyond a size while it lives, as a full disk does.
 class FileSizeLimit
 {

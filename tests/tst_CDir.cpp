@@ -10,6 +10,7 @@
 #include <QtTest>
 
 #include <climits>
+#include <numeric>
 #include <type_traits>
 
 #include <sys/mount.h>
@@ -35,7 +36,6 @@ static_assert(std::is_same_v<decltype(&CDir::removeFilesByPathList), Query<Texts
 static_assert(std::is_same_v<decltype(&CDir::copyFile), Query<Text, Text>>);
 static_assert(std::is_same_v<decltype(&CDir::copyFileF), Query<Text, Text>>);
 static_assert(std::is_same_v<decltype(&CDir::copyDirectory), Query<Text, Text>>);
-static_assert(std::is_same_v<decltype(&CDir::copyDirectoryRecursive), Query<Text, Text>>);
 static_assert(std::is_same_v<decltype(&CDir::getRelativeSubPath), QString (*)(Text, Text)>);
 static_assert(std::is_same_v<decltype(&CDir::toDirFilter), QDir::Filters (*)(EDirFilter)>);
 static_assert(std::is_same_v<decltype(&CDir::listFilesAndDirectories), QStringList (*)(Text)>);
@@ -44,17 +44,18 @@ static_assert(std::is_same_v<decltype(&CDir::addPathToPath), QString (*)(Text, T
 static_assert(std::is_same_v<decltype(&CDir::addFileNameToPath), QString (*)(Text, Text)>);
 
 // The overloads, told apart by their types.
+constexpr Query<Text, Text> kCopyTree = &CDir::copyDirectoryRecursive;
+constexpr Query<Text, Text, const std::function<bool(int, int)> &> kCopyTreeInSteps
+    = &CDir::copyDirectoryRecursive;
 constexpr QFileInfoList (*kListByFlags)(Text, Texts, QDir::Filters) = &CDir::entryInfoList;
 constexpr QFileInfoList (*kListByKind)(Text, Texts, EDirFilter) = &CDir::entryInfoList;
 constexpr QFileInfoList (*kListExcluding)(Text, EDirFilter, Texts) = &CDir::entryInfoList;
 constexpr QFileInfoList (*kTreeByFlags)(Text, Texts, QDir::Filters) = &CDir::entryInfoListRecursive;
 constexpr QFileInfoList (*kTreeByKind)(Text, Texts, EDirFilter) = &CDir::entryInfoListRecursive;
 
-// The messages in which Qt tells an empty name.
+// The message in which Qt tells an empty name.
 const QString kNoNameToRemove
     = QStringLiteral("warning default: QFile::remove: Empty or null file name");
-const QString kNoNameToCopy
-    = QStringLiteral("warning default: QFile::copy: Empty or null file name");
 
 QByteArray cannotCopy(const QByteArray &target)
 {
@@ -256,6 +257,13 @@ private Q_SLOTS:
     void copyStopsAtFirstFailure_data();
     void copyStopsAtFirstFailure();
     void copyOntoItself();
+    void copyOfResources();
+    void copyFromSearchPath();
+    void progress_data();
+    void progress();
+    void fewDescriptors();
+    void deeperThanPaths();
+    void withoutCurrentDirectory();
     void permissions_data();
     void permissions();
     void fullDisk_data();
@@ -411,11 +419,15 @@ void tst_CDir::removeDirectoryRecursive_data()
     gone("many kinds",
          {"d a", "d a/b", "d a/b/c", "d a/b/c/d", "f a/b/c/e=1", "f a/b/f=2", "d a/g"}, "a");
     gone("400 levels", Lines{"d a"} + chain("a", 400, ""), "a");
-    for (const char *const ending : {"/", "//", "/.", "/./", "/.//.", "/././"}) {
-        gone(QByteArray("directory") + ending, {"d a", "f a/b=1"}, QByteArray("a") + ending);
-        gone(QByteArray("link to a directory") + ending, {"l a>out"}, QByteArray("a") + ending);
-        gone(QByteArray("absolute link to a directory") + ending, {"l a>@/out"},
-             QByteArray("@/a") + ending);
+    for (const QByteArray ending : {"/", "//", "///"}) {
+        gone("directory" + ending, {"d a", "f a/b=1"}, "a" + ending);
+        gone("link to a directory" + ending, {"l a>out"}, "a" + ending);
+        gone("absolute link to a directory" + ending, {"l a>@/out"}, "@/a" + ending);
+    }
+    for (const QByteArray ending : {"/.", "/./", "/.//.", "/././"}) {
+        kept("directory" + ending, {"d a", "f a/b=1"}, "a" + ending, false);
+        kept("link to a directory" + ending, {"l a>out"}, "a" + ending, false);
+        kept("missing" + ending, {}, "a" + ending, false);
     }
     gone("./directory", {"d a", "f a/b=1"}, "./a");
     gone("./link to a directory", {"l a>out"}, "./a");
@@ -431,7 +443,7 @@ void tst_CDir::removeDirectoryRecursive_data()
     gone("name ends with two points", {"d a..", "f a../b=1"}, "a..");
     gone("name of three points", {"d ...", "f .../b=1"}, "...");
     gone("name of three points/", {"d ...", "f .../b=1"}, ".../");
-    gone("link with a name of three points/.", {"l ...>out"}, ".../.");
+    gone("link with a name of three points/", {"l ...>out"}, ".../");
     gone("link, name ends with a point", {"l a.>out"}, "a.");
     gone("link, name ends with a point/", {"l a.>out"}, "a./");
 
@@ -443,7 +455,7 @@ void tst_CDir::removeDirectoryRecursive_data()
     changed("link to a link to a directory", outside + Lines{"l a>out", "l b>a"}, {"b/"}, true,
             outside + Lines{"l a>out"});
     gone("link to the directory above", {"l a>.."}, "a/");
-    gone("link to its own directory", {"l a>."}, "a/.");
+    gone("link to its own directory", {"l a>."}, "a/");
     gone("links inside",
          {"d a", "l a/d>../out", "l a/f>../file", "l a/x>gone", "l a/s>s", "l a/t>.", "l a/u>..",
           "l a/.h>../out", "d a/b", "l a/b/d>../../out"},
@@ -457,7 +469,11 @@ void tst_CDir::removeDirectoryRecursive_data()
     kept("file", {"f a=1"}, "a", true);
     kept("file/", {"f a=1"}, "a/", true);
     kept("below a file", {"f a=1"}, "a/b", true);
+    kept("below a broken link", {"l a>gone"}, "a/b", true);
     kept("empty path", {"d a", "f a/b=1"}, "", false);
+    kept("the root", {}, "/", false);
+    kept("the root, //", {}, "//", false);
+    kept("the root, /.", {}, "/.", false);
     kept("..", {"d a", "f a/b=1"}, "a/..", false);
     kept("../", {"d a", "f a/b=1"}, "a/../", false);
     kept("../.", {"d a", "f a/b=1"}, "a/../.", false);
@@ -466,13 +482,17 @@ void tst_CDir::removeDirectoryRecursive_data()
     kept("link/../", {"d a", "l a/b>../out"}, "a/b/../", false);
     kept("no rights", {}, "/proc/self/fdinfo", false);
 
-    // Names that cannot be decoded stay, and that is told; the rest goes.
-    changed("undecodable file", {"d a", "f a/b\xff=1", "f a/c=2", "f b\xff=3", "f b\xef\xbf\xbd=4"},
-            {"a"}, false, {"d a", "f a/b\xff=1", "f b\xff=3", "f b\xef\xbf\xbd=4"});
-    changed("undecodable directory", {"d a", "d a/\xfe", "f a/\xfe/b=1", "d a/c"}, {"a"}, false,
-            {"d a", "d a/\xfe", "f a/\xfe/b=1"});
-    changed("undecodable link", {"d a", "l a/\xfe>../out", "d out", "f out/b=1"}, {"a"}, false,
-            {"d a", "l a/\xfe>../out", "d out", "f out/b=1"});
+    // Behind what is no directory, ".." leads nowhere, and what has the same text is left alone.
+    kept("missing/../directory", {"d e", "f e/f=1"}, "missing/../e", true);
+    kept("broken link/../directory", {"d e", "f e/f=1", "l broken>gone"}, "broken/../e", true);
+    kept("file/../directory", {"d e", "f e/f=1"}, "file/../e", true);
+    kept("link to itself/../directory", {"d e", "f e/f=1", "l loop>loop"}, "loop/../e", false);
+    kept("too long name", {}, QByteArray(256, 'n'), false);
+    kept("too long path", {}, QByteArray("a/").repeated(2100), false);
+
+    gone("undecodable names",
+         {"d a", "f a/b\xff=1", "f a/c=2", "d a/\xfe", "f a/\xfe/b=1", "l a/\xfd>../out"}, "a");
+    gone("a pattern is no pattern", {"d *", "f */*=1"}, "*");
     kept("undecodable path", {"d \xfe", "f \xfe/b=1"}, "\xfe", true);
 
     const QByteArrayList odd = FileTree::oddNames();
@@ -577,9 +597,11 @@ void tst_CDir::removeFileOrDirectory_data()
     unchanged("missing", {"f a=1"}, {"@/b"}, true, cannotRemove("@/b"));
     unchanged("missing, relative", {"f a=1"}, {"b"}, true, cannotRemove("b"));
     unchanged("below a file", {"f a=1"}, {"@/a/b"}, true, cannotRemove("@/a/b"));
-    unchanged("too long name", {}, {"@/" + QByteArray(256, 'n')}, true,
-              cannotRemove("@/" + QByteArray(256, 'n')));
     unchanged("broken link", {"l a>gone"}, {"@/a"}, true, cannotRemove("@/a"));
+    // What cannot be told is not taken for gone.
+    unchanged("too long name", {}, {"@/" + QByteArray(256, 'n')}, false,
+              cannotRemove("@/" + QByteArray(256, 'n')));
+    unchanged("link to itself", {"l a>a"}, {"@/a"}, false, cannotRemove("@/a"));
     unchanged("empty path", {"f a=1"}, {""}, true, cannotRemove(""));
 
     unchanged("link to an empty directory", {"d a", "l b>a"}, {"@/b"}, false, cannotRemove("@/b"));
@@ -782,8 +804,19 @@ void tst_CDir::copyFile_data()
             cannotCopy("c/b"));
     unchanged("broken link", {"l a>gone"}, {"a", "b"}, false, cannotCopy("b"));
     unchanged("source is a directory", {"d a", "f a/c=1"}, {"a", "b"}, false, cannotCopy("b"));
-    unchanged("empty source", {"f b=1"}, {"", "c"}, false, cannotCopy("c"), kNoNameToCopy);
+    unchanged("empty source", {"f b=1"}, {"", "c"}, false, cannotCopy("c"));
     unchanged("undecodable source", {"f a\xff=1"}, {"a\xff", "b"}, false, cannotCopy("b"));
+    // Only what has an end is read.
+    unchanged("source is a pipe", {"p a"}, {"a", "b"}, false, cannotCopy("b"));
+    unchanged("source is a link to a pipe", {"p a", "l c>a"}, {"c", "b"}, false, cannotCopy("b"));
+    unchanged("source is a device without end", {}, {"/dev/zero", "b"}, false, cannotCopy("b"));
+    // Where the system would not go, ".." is no way to what has the same text.
+    failed("behind a file and ..", {"f c=1", "d x"}, "c/../b");
+    failed("behind a broken link and ..", {"l c>gone"}, "c/../b");
+    failed("behind a link to itself and ..", {"l c>c"}, "c/../b");
+    failed("behind a link to a file and ..", {"f d=1", "l c>d"}, "@/c/../b");
+    failed("behind a too long name and ..", {}, QByteArray(256, 'n') + "/../b");
+    failed("existing directory/..", {"d c"}, "c/..");
 
     const QByteArrayList odd = FileTree::oddNames();
     for (const QByteArray &name : odd) {
@@ -875,7 +908,7 @@ void tst_CDir::copyFileF_data()
     changed("directory as the source", {"d a", "f a/c=1", "f b=old"}, {"a", "b"}, false,
             {"d a", "f a/c=1"});
     changed("link to the target as the source", {"f b=old", "l a>b"}, {"a", "b"}, false, {"l a>b"});
-    changed("empty source", {"f b=old"}, {"", "b"}, false, {}, {}, kNoNameToCopy);
+    changed("empty source", {"f b=old"}, {"", "b"}, false, {});
     changed("itself is lost", {"f b=old", "f c=1"}, {"b", "b"}, false, {"f c=1"});
     changed("itself by another path is lost", {"f b=old", "f c=1"}, {"b", "@/b"}, false, {"f c=1"});
 
@@ -904,6 +937,15 @@ void tst_CDir::copyFileF_data()
     kept("below a file", {"f b=old"}, "b/c", false);
     kept("too long name", {}, QByteArray(256, 'n'), false);
     kept("no rights for a directory", {}, "/proc/self/new/b", false);
+    changed("pipe as the source", {"p a", "f b=old"}, {"a", "b"}, false, {"p a"});
+    kept("behind a file and ..", {"f c=1", "f b=old"}, "c/../b", false);
+    kept("behind a broken link and ..", {"l c>gone", "f b=old"}, "c/../b", false);
+    kept("behind a link to itself and ..", {"l c>c", "f b=old"}, "c/../b", false);
+    // A path that names a directory names no file in it, however it is spelled.
+    for (const QByteArray path : {"d", "x/../d", "@/d", "@/x/../d"}) {
+        for (const QByteArray ending : {"/", "//", "/.", "/./", "/..", "/../"})
+            kept(path + ending, {"d d", "f d/y=keep", "d x"}, path + ending, true);
+    }
     kept("broken link", {"l b>gone"}, "b", false);
     kept("broken link into a directory", {"d c", "l b>c/gone"}, "b", false);
     kept("empty target", {}, "", false);
@@ -949,6 +991,8 @@ void tst_CDir::copyDirectory_data()
     made("new, behind a link and ..", {"d e", "d e/d", "l link>e/d"}, "link/../a", {"d775 e/a"});
     made("new, behind a missing directory and ..", {"d700 e"}, "e/missing/../a", {"d775 e/a"});
     kept("existing, behind a missing directory and ..", {"d700 e"}, "e/missing/..");
+    failed("behind a file and ..", {"f e=1"}, "e/../a");
+    failed("behind a broken link and ..", {"l e>gone"}, "e/../a");
     made("source is not used", {"d source", "f source/x=1"}, "a", {"d775 a"});
     changed("source is not used, empty", {}, {"", "a"}, true, {"d775 a"});
     changed("source is not used, a file", {"f s=1"}, {"s", "a"}, true, {"f s=1", "d775 a"});
@@ -1048,10 +1092,16 @@ void tst_CDir::copyDirectoryRecursive_data()
            {"d775 t", "f t/d=1", "d775 t/e"});
     copied("a link to a pipe is left out", {"d s", "p p", "l s/a>../p", "f s/d=1"}, "s", "t",
            {"d775 t", "f t/d=1"});
-    // Contract: a walk does not see names that cannot be decoded.
-    copied("undecodable names are left out",
-           {"d s", "f s/\xff=1", "d s/\xfe", "f s/\xfe/a=2", "f s/b=3", "f b=4"}, "s", "t",
-           {"d775 t", "f t/b=3"});
+    copied("hidden names need not be decoded", {"d s", "f s/.\xff=1", "f s/a=2"}, "s", "t",
+           {"d775 t", "f t/a=2"});
+    copied("names of what is left out need not be decoded",
+           {"d s", "l s/\xff>gone", "p s/\xfe", "f s/a=2"}, "s", "t", {"d775 t", "f t/a=2"});
+    // All or nothing: what cannot be read is not left out in silence.
+    for (const QByteArray line : {"f s/\xff=1", "d s/\xff", "l s/\xff>../x", "f s/b/c/\xff=1"}) {
+        unchanged("undecodable name: " + FileTree::printable(line),
+                  {"f x=1", "d s", "f s/a=2", "d s/b", "d s/b/c", line, "f s/b/c/z=3"}, {"s", "t"},
+                  false);
+    }
     copied("a pattern is no pattern", {"d s", "f s/*=1", "f s/?=2", "d [ab]", "d a"}, "s", "t",
            {"d775 t", "f t/*=1", "f t/?=2"});
 
@@ -1063,7 +1113,6 @@ void tst_CDir::copyDirectoryRecursive_data()
     kept("pipe", {"p s"}, "s", "t");
     kept("hidden entries only", {"d s", "f s/.a=1", "d s/.b", "f s/.b/c=2"}, "s", "t");
     kept("broken links only", {"d s", "l s/a>gone"}, "s", "t");
-    kept("undecodable names only", {"d s", "f s/\xff=1"}, "s", "t");
     kept("undecodable source", {"d \xfe", "f \xfe/a=1"}, "\xfe", "t");
     kept("empty path", {"f a=1"}, "", "t");
 
@@ -1102,7 +1151,12 @@ void tst_CDir::copyDirectoryRecursive_data()
               cannotCopy("/proc/self/new/a"));
     unchanged("too long target", {"d s", "d s/a"}, {"s", QByteArray(256, 'n')}, false,
               cannotCreate(QByteArray(256, 'n') + "/a"));
-    kept("empty target is the root", {"d s", "d s/proc"}, "s", "");
+    unchanged("target is behind a file and ..", {"d s", "f s/a=1", "f t=2"}, {"s", "t/../u"}, false,
+              cannotCopy("t/../u/a"));
+    unchanged("empty target", {"d s", "d s/a"}, {"s", ""}, false);
+    unchanged("empty target, nothing to copy", {"d s"}, {"s", ""}, false);
+    unchanged("source is a link to itself", {"l s>s"}, {"s", "t"}, false);
+    unchanged("too long source", {}, {QByteArray(256, 'n'), "t"}, false);
     unchanged("existing file", {"d s", "f s/a=1", "d t", "f t/a=2"}, {"s", "t"}, false,
               cannotCopy("t/a"));
     unchanged("existing file deep in it",
@@ -1138,8 +1192,7 @@ void tst_CDir::copyDirectoryRecursive_data()
 
 void tst_CDir::copyDirectoryRecursive()
 {
-    checkRow(
-        [](const Paths &paths) { return CDir::copyDirectoryRecursive(paths.at(0), paths.at(1)); });
+    checkRow([](const Paths &paths) { return kCopyTree(paths.at(0), paths.at(1)); });
 }
 
 void tst_CDir::copyStopsAtFirstFailure_data()
@@ -1197,6 +1250,153 @@ void tst_CDir::copyOntoItself()
     QCOMPARE(outputOf([&] { ok = CDir::copyDirectoryRecursive(path, path); }), cannotCopy(first));
     QCOMPARE(ok, false);
     QCOMPARE(tree.lines(), FileTree::complete(before));
+}
+
+// What Qt knows as a file or a directory can be copied, though the system does not know it.
+void tst_CDir::copyOfResources()
+{
+    const FileTree tree({});
+    QVERIFY(tree.isValid());
+    QFile resource(QStringLiteral(":/k7eCore/data/Setup.Ini"));
+    QVERIFY(resource.open(QIODevice::ReadOnly));
+    const QByteArray content = resource.readAll();
+    QVERIFY(content.contains("[COMPANY]"));
+    QVERIFY(CDir::copyFile(resource.fileName(), QStringLiteral("a")));
+    QVERIFY(kCopyTree(QStringLiteral(":/k7eCore"), QStringLiteral("t")));
+    QCOMPARE(tree.lines(),
+             FileTree::complete({"f444 a=" + content, "d775 t", "d775 t/data",
+                                 "f444 t/data/Setup.Ini=" + content}));
+}
+
+void tst_CDir::copyFromSearchPath()
+{
+    const Lines before{"d x", "d x/s", "f x/s/a=1", "d x/s/b"};
+    const FileTree tree(before);
+    QVERIFY(tree.isValid());
+    QDir::setSearchPaths(QStringLiteral("place"), {text(tree.root() + "/x")});
+    const bool ok = kCopyTree(QStringLiteral("place:s"), QStringLiteral("t"));
+    QDir::setSearchPaths(QStringLiteral("place"), {});
+    QVERIFY(ok);
+    QCOMPARE(tree.lines(), FileTree::complete(before + Lines{"d775 t", "f t/a=1", "d775 t/b"}));
+}
+
+void tst_CDir::progress_data()
+{
+    QTest::addColumn<Lines>("before");
+    QTest::addColumn<int>("stopAt"); // the number of entries that are done then
+    QTest::addColumn<int>("calls");
+    QTest::addColumn<bool>("ok");
+    QTest::addColumn<Lines>("made");
+
+    const Lines chained{"d s", "d s/a", "d s/a/b", "f s/a/b/c=1", "f s/a/.hidden=2"};
+    QTest::newRow("to the end") << chained << -1 << 3 << true
+                                << Lines{"d775 t", "d775 t/a", "d775 t/a/b", "f t/a/b/c=1"};
+    QTest::newRow("stopped before the first") << chained << 0 << 1 << false << Lines{};
+    QTest::newRow("stopped before the second")
+        << chained << 1 << 2 << false << Lines{"d775 t", "d775 t/a"};
+    QTest::newRow("stopped before the last")
+        << chained << 2 << 3 << false << Lines{"d775 t", "d775 t/a", "d775 t/a/b"};
+    QTest::newRow("nothing to copy") << Lines{"d s"} << 0 << 0 << true << Lines{};
+    QTest::newRow("no source") << Lines{} << 0 << 0 << true << Lines{};
+    QTest::newRow("unreadable") << Lines{"d s", "f s/\xff=1"} << -1 << 0 << false << Lines{};
+}
+
+void tst_CDir::progress()
+{
+    QFETCH(const Lines, before);
+    QFETCH(const int, stopAt);
+    QFETCH(const int, calls);
+    QFETCH(const bool, ok);
+    QFETCH(const Lines, made);
+    const FileTree tree(before);
+    QVERIFY(tree.isValid());
+    QVector<int> done;
+    bool actual = !ok;
+    const QByteArray output = outputOf([&] {
+        actual = kCopyTreeInSteps(QStringLiteral("s"), QStringLiteral("t"),
+                                  [&](int entries, int total) {
+                                      done += entries;
+                                      return total == 3 && entries != stopAt;
+                                  });
+    });
+    QCOMPARE(actual, ok);
+    QCOMPARE(output, QByteArray());
+    QVector<int> expected(calls);
+    std::iota(expected.begin(), expected.end(), 0);
+    QCOMPARE(done, expected);
+    QCOMPARE(tree.lines(), FileTree::complete(before + made));
+}
+
+// However deep a tree is, a few descriptors do.
+void tst_CDir::fewDescriptors()
+{
+    const Lines before = Lines{"d s"} + chain("s", 300, "");
+    const FileTree tree(before);
+    QVERIFY(tree.isValid());
+    bool isCopied = false;
+    {
+        const OpenFileLimit limit(24);
+        QVERIFY(limit.isValid());
+        isCopied = kCopyTree(QStringLiteral("s"), QStringLiteral("t"));
+    }
+    QVERIFY(isCopied);
+    QCOMPARE(tree.lines(), FileTree::complete(before + Lines{"d775 t"} + chain("t", 300, "775")));
+    bool isRemoved = false;
+    {
+        const OpenFileLimit limit(24);
+        QVERIFY(limit.isValid());
+        isRemoved = CDir::removeDirectoryRecursive(QStringLiteral("t"));
+    }
+    QVERIFY(isRemoved);
+    QCOMPARE(tree.lines(), FileTree::complete(before));
+    {
+        const OpenFileLimit none(0);
+        QVERIFY(none.isValid());
+        QVERIFY(!kCopyTree(QStringLiteral("s"), QStringLiteral("t")));
+        QVERIFY(!CDir::removeDirectoryRecursive(QStringLiteral("s")));
+    }
+    QCOMPARE(tree.lines(), FileTree::complete(before));
+}
+
+// A tree can be deeper than any path is long.
+void tst_CDir::deeperThanPaths()
+{
+    const FileTree tree({"d a", "f keep=1"});
+    QVERIFY(tree.isValid());
+    QVERIFY(chdir("a") == 0);
+    for (int i = 0; i < PATH_MAX; ++i)
+        QVERIFY(mkdir("d", 0755) == 0 && chdir("d") == 0);
+    QVERIFY(FileTree::make("f end=1"));
+    QVERIFY(chdir(tree.root().constData()) == 0);
+    // No path leads to the end of it.
+    QVERIFY(!kCopyTree(QStringLiteral("a"), QStringLiteral("t")));
+    QVERIFY(CDir::removeDirectoryRecursive(QStringLiteral("a")));
+    QCOMPARE(tree.lines(), Lines{"f644 keep=1"});
+}
+
+// Where the current directory is gone, nothing relative is taken from the root.
+void tst_CDir::withoutCurrentDirectory()
+{
+    const FileTree tree({"d gone", "f source=1"});
+    QVERIFY(tree.isValid());
+    const QString source = text(tree.root() + "/source");
+    QVERIFY(chdir("gone") == 0);
+    QVERIFY(rmdir((tree.root() + "/gone").constData()) == 0);
+    const QString name = QStringLiteral("k7e-tst-CDir");
+    const QString roundabout = QStringLiteral("x/../") + name;
+    QVERIFY(!QFileInfo::exists(QLatin1Char('/') + name));
+    outputOf([&] {
+        for (const QString &target : {name, roundabout}) {
+            QVERIFY(!CDir::copyFile(source, target));
+            QVERIFY(!CDir::copyFile(source, target + QStringLiteral("/b")));
+            QVERIFY(!CDir::copyFileF(source, target));
+            QVERIFY(!CDir::copyDirectory(QString(), target));
+            QVERIFY(CDir::removeDirectoryRecursive(target));
+        }
+    });
+    QVERIFY(!QFileInfo::exists(QLatin1Char('/') + name));
+    QVERIFY(chdir(tree.root().constData()) == 0);
+    QCOMPARE(tree.lines(), Lines{"f644 source=1"});
 }
 
 void tst_CDir::permissions_data()

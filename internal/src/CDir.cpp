@@ -3,6 +3,7 @@
 #include "CPath.h"
 #include "FileSystem_p.h"
 #include "Trash_p.h"
+#include "Tree_p.h"
 
 #include <QDirIterator>
 #include <QFile>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <vector>
 
 namespace {
 
@@ -19,9 +21,6 @@ constexpr char kCannotCreate[] = "\nCDir::copyDirectory unable to create %s";
 constexpr char kCannotRemove[] = "\n CDir::removeFileOrDirectory: unable to remove %s";
 constexpr char kListed[] = "\n %s";
 constexpr char kListEnd[] = "\n--------------";
-
-// Contract: the walks leave hidden entries out, unlike toDirFilter().
-constexpr QDir::Filters kWalked = QDir::Dirs | QDir::Files | QDir::Drives | QDir::NoDotAndDotDot;
 
 // Goes to the buffer of the program's own output, so that the order is kept.
 void print(const char *format, const QString &text)
@@ -42,19 +41,15 @@ void walk(const QString &path, const QStringList &nameFilters, QDir::Filters fil
 
 // Puts the entries of the tree under 'path' behind 'entries'.
 void addTree(QFileInfoList &entries, const QString &path, const QStringList &nameFilters = {},
-             QDir::Filters filters = kWalked)
+             QDir::Filters filters = Tree::kListed)
 {
     walk(path, nameFilters, filters, [&](const QDirIterator &it) { entries += it.fileInfo(); });
 }
 
-// Cuts what a path may have behind the name of a symbolic link without changing what the path
-// names, and what makes the system look through the link: "/" and "/.".
-QString withoutTrailingDots(QString path)
+// Copies a file, or the one that a link leads to. Anything else could keep the reader waiting.
+bool copyContent(const QString &source, const QString &target)
 {
-    while (path.size() > 1
-           && (path.endsWith(QLatin1Char('/')) || path.endsWith(QLatin1String("/."))))
-        path.chop(1);
-    return path;
+    return QFileInfo(source).isFile() && QFile::copy(source, target);
 }
 
 } // namespace
@@ -71,12 +66,7 @@ bool CDir::removeDirectory(const QString &path)
 
 bool CDir::removeDirectoryRecursive(const QString &path)
 {
-    const QString entry = withoutTrailingDots(path);
-    // A QDir of an empty path is the current directory.
-    if (entry.isEmpty() || QFileInfo(entry).fileName() == QLatin1String(".."))
-        return false;
-    const QString place = FileSystem::resolved(entry);
-    return QFileInfo(place).isSymLink() ? QFile::remove(place) : QDir(place).removeRecursively();
+    return Tree::remove(path);
 }
 
 bool CDir::removeFileOrDirectory(const QString &path)
@@ -89,7 +79,7 @@ bool CDir::removeFileOrDirectory(const QString &path)
         print(kListed, listFilesAndDirectories(path).join(QLatin1Char('\n')));
         std::printf(kListEnd);
     }
-    return !QFileInfo::exists(path);
+    return !QFileInfo::exists(path) && FileSystem::saysMissing(FileSystem::lookUp(path));
 }
 
 bool CDir::removeFilesByPathList(const QStringList &paths)
@@ -103,7 +93,8 @@ bool CDir::removeFilesByPathList(const QStringList &paths)
 bool CDir::copyFile(const QString &source, const QString &target)
 {
     const QString place = FileSystem::resolved(target);
-    if (FileSystem::makeDirectory(QFileInfo(place).path()) && QFile::copy(source, place))
+    if (!place.isEmpty() && FileSystem::makeDirectory(QFileInfo(place).path())
+        && copyContent(source, place))
         return true;
     print(kCannotCopy, target);
     return false;
@@ -112,15 +103,16 @@ bool CDir::copyFile(const QString &source, const QString &target)
 bool CDir::copyFileF(const QString &source, const QString &target)
 {
     const QString place = FileSystem::resolved(target);
+    if (place.isEmpty())
+        return false;
     const QFileInfo info(place);
     FileSystem::makeDirectory(info.path());
     if (!info.exists())
-        return QFile::copy(source, place);
+        return copyContent(source, place);
     const QString backup = QStringLiteral("%1/~%2").arg(info.absolutePath(), info.fileName());
-    // QFile::rename() would copy through a broken link of that name.
-    if (FileSystem::hasEntry(backup) || !FileSystem::renameEntry(place, backup))
+    if (FileSystem::renameNew(place, backup) != FileSystem::Renaming::Done)
         return true; // Contract: nothing was changed, which is no failure
-    const bool isCopied = QFile::copy(source, place);
+    const bool isCopied = copyContent(source, place);
     QFile::remove(backup); // Contract: after a failure too
     return isCopied;
 }
@@ -136,18 +128,30 @@ bool CDir::copyDirectory(const QString &source, const QString &target)
 
 bool CDir::copyDirectoryRecursive(const QString &source, const QString &target)
 {
+    return copyDirectoryRecursive(source, target, {});
+}
+
+bool CDir::copyDirectoryRecursive(const QString &source, const QString &target,
+                                  const std::function<bool(int done, int total)> &progress)
+{
+    if (target.isEmpty())
+        return false;
     // All entries are known before the first is made: the target may lie in the tree.
-    const QString targetPath = CPath::ensurePathSeparatorAtEnd(FileSystem::resolved(target));
-    QFileInfoList entries;
-    addTree(entries, source);
-    for (const QFileInfo &entry : qAsConst(entries)) {
-        const QString path = entry.filePath();
-        const QString destination = targetPath + getRelativeSubPath(source, path);
-        if (entry.isFile() ? !copyFile(path, destination)
-                           : entry.isDir() && !copyDirectory(path, destination))
+    const QString root = QFileInfo(source).filePath(); // of a search path, what it leads to
+    std::vector<Tree::Entry> entries;
+    if (!Tree::list(root, entries))
+        return false;
+    const QString place = FileSystem::resolved(target);
+    const QString from = CPath::ensurePathSeparatorAtEnd(root);
+    const QString to = CPath::ensurePathSeparatorAtEnd(place.isEmpty() ? target : place);
+    const auto total = static_cast<int>(entries.size());
+    int done = 0;
+    return std::all_of(entries.begin(), entries.end(), [&](const Tree::Entry &entry) {
+        if (progress && !progress(done++, total))
             return false;
-    }
-    return true;
+        return entry.isDirectory ? copyDirectory(from + entry.name, to + entry.name)
+                                 : copyFile(from + entry.name, to + entry.name);
+    });
 }
 
 QString CDir::getRelativeSubPath(const QString &basePath, const QString &path)
@@ -214,7 +218,7 @@ QFileInfoList CDir::entryInfoListRecursive(const QString &path, const QStringLis
 QStringList CDir::listFilesAndDirectories(const QString &path)
 {
     QStringList paths(path);
-    walk(path, {}, kWalked, [&paths](const QDirIterator &it) { paths += it.filePath(); });
+    walk(path, {}, Tree::kListed, [&paths](const QDirIterator &it) { paths += it.filePath(); });
     return paths;
 }
 

@@ -7,17 +7,82 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include <cerrno>
 #include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace {
+
+// Returns the permissions as the system has them, from Qt's flags, which have one hexadecimal digit
+// for each of owner, user, group and others.
+mode_t toMode(QFile::Permissions permissions)
+{
+    const auto flags = static_cast<mode_t>(permissions);
+    return (flags >> 12 & 7) << 6 | (flags >> 4 & 7) << 3 | (flags & 7);
+}
+
+bool isDirectory(const char *path)
+{
+    struct stat status;
+    return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// Makes the directory 'path', which has no "/" at its end, with all missing parents. Returns whether
+// it was made; errno is EEXIST if something is there.
+bool makeWithParents(const QByteArray &path)
+{
+    if (mkdir(path.constData(), 0777) == 0)
+        return true;
+    int parentEnd = path.lastIndexOf('/');
+    while (parentEnd > 0 && path.at(parentEnd - 1) == '/')
+        --parentEnd;
+    if (errno != ENOENT || parentEnd <= 0)
+        return false;
+    return (makeWithParents(path.left(parentEnd)) || errno == EEXIST)
+        && mkdir(path.constData(), 0777) == 0;
+}
+
+QByteArray withoutSeparatorsAtEnd(QByteArray path)
+{
+    while (path.size() > 1 && path.endsWith('/'))
+        path.chop(1);
+    return path;
+}
+
+// Returns the directory that contains the absolute path 'path' where ".." behind it leads, or a null
+// string if the system would not go there.
+QString parentOf(const QString &path)
+{
+    const int error = FileSystem::lookUp(path + QLatin1String("/.."));
+    if (error == 0) {
+        const QString canonical = QFileInfo(path).canonicalFilePath();
+        return canonical.isEmpty() ? QString() : QFileInfo(canonical).path();
+    }
+    const bool isByText = error == ENOENT && FileSystem::hasEntry(path) == false;
+    return isByText ? QFileInfo(path).path() : QString();
+}
+
+} // namespace
+
+QByteArray FileSystem::nativeName(const QString &path)
+{
+    return path.contains(QChar::Null) ? QByteArray("") : QFile::encodeName(path);
+}
 
 bool FileSystem::makeDirectory(const QString &path)
 {
-    const QDir directory(resolved(path));
-    if (directory.exists())
-        return true;
-    const QString absolute = directory.absolutePath();
-    if (!directory.mkpath(absolute))
+    const QString place = resolved(path);
+    if (place.isEmpty())
         return false;
-    QFile::setPermissions(absolute, Nk7eGlobal::PATH_PERMISSIONS);
+    if (QFileInfo(place).isDir())
+        return true;
+    const QByteArray name = withoutSeparatorsAtEnd(nativeName(place));
+    if (!makeWithParents(name))
+        return errno == EEXIST && isDirectory(name.constData());
+    // Not through a link that has taken its place meanwhile.
+    fchmodat(AT_FDCWD, name.constData(), toMode(Nk7eGlobal::PATH_PERMISSIONS), AT_SYMLINK_NOFOLLOW);
     return true;
 }
 
@@ -25,30 +90,67 @@ QString FileSystem::resolved(const QString &path)
 {
     const QLatin1Char separator('/');
     const QLatin1String parent("..");
+    const QLatin1String self(".");
+    if (!path.contains(parent))
+        return path;
     const QStringList parts = path.split(separator, Qt::SkipEmptyParts);
     if (!parts.contains(parent))
         return path;
     QString result = path.startsWith(separator) ? QString(separator) : QDir::currentPath();
     for (const QString &part : parts) {
+        if (result.isEmpty()) // also where the current directory is gone
+            return QString();
         if (part == parent) {
-            const QString canonical = QFileInfo(result).canonicalFilePath();
-            result = QFileInfo(canonical.isEmpty() ? result : canonical).path();
-        } else if (part != QLatin1String(".")) {
+            result = parentOf(result);
+        } else if (part != self) {
             if (!result.endsWith(separator))
                 result += separator;
             result += part;
         }
     }
+    const bool isDirectory
+        = path.endsWith(separator) || parts.last() == parent || parts.last() == self;
+    if (isDirectory && !result.isEmpty() && !result.endsWith(separator))
+        result += separator;
     return result;
 }
 
-bool FileSystem::hasEntry(const QString &path)
+int FileSystem::lookUp(const QString &path)
 {
-    const QFileInfo info(path);
-    return info.exists() || info.isSymLink();
+    struct stat status;
+    return stat(nativeName(path).constData(), &status) == 0 ? 0 : errno;
 }
 
-bool FileSystem::renameEntry(const QString &from, const QString &to)
+bool FileSystem::saysMissing(int error)
 {
-    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+    return error == ENOENT || error == ENOTDIR;
+}
+
+std::optional<bool> FileSystem::hasEntry(const QString &path)
+{
+    struct stat status;
+    if (lstat(nativeName(path).constData(), &status) == 0)
+        return true;
+    const bool isFree = saysMissing(errno) || errno == ENAMETOOLONG;
+    return isFree ? std::optional<bool>(false) : std::nullopt;
+}
+
+FileSystem::Renaming FileSystem::renameNew(const QString &from, const QString &to)
+{
+    const QByteArray oldName = nativeName(from);
+    const QByteArray newName = nativeName(to);
+    if (renameat2(AT_FDCWD, oldName.constData(), AT_FDCWD, newName.constData(), RENAME_NOREPLACE)
+        == 0)
+        return Renaming::Done;
+    if (errno == EEXIST)
+        return Renaming::Taken;
+    if (errno != EINVAL && errno != ENOSYS)
+        return Renaming::Failed;
+    // The file system has no such renaming.
+    const std::optional<bool> isTaken = hasEntry(to);
+    if (isTaken == true)
+        return Renaming::Taken;
+    const bool isDone
+        = isTaken == false && std::rename(oldName.constData(), newName.constData()) == 0;
+    return isDone ? Renaming::Done : Renaming::Failed;
 }

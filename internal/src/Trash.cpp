@@ -10,6 +10,9 @@
 #include <QStandardPaths>
 #include <QTextStream>
 
+#include <cerrno>
+#include <optional>
+
 // A trash directory holds the items in files/ and a record of each, of the same name with
 // ".trashinfo" behind it, in info/.
 
@@ -33,6 +36,13 @@ QString trashDirectory()
     return QString();
 }
 
+// Returns whether the error of a look-up tells that there is nothing to move, and not only that it
+// cannot be seen.
+bool canBeTold(int error)
+{
+    return error == 0 || FileSystem::saysMissing(error) || error == ELOOP || error == ENAMETOOLONG;
+}
+
 // Where an item and its record go.
 struct Place
 {
@@ -42,23 +52,28 @@ struct Place
     {
     }
 
-    bool isTaken() const { return FileSystem::hasEntry(item) || FileSystem::hasEntry(record); }
-
     QString item;
     QString record;
 };
 
-Place freePlace(const QString &trash, const QFileInfo &item)
+// Returns the name of an item at the attempt 1, 2 and so on.
+QString nameAt(int attempt, const QFileInfo &item)
 {
-    Place place(trash, item.fileName());
+    if (attempt == 1)
+        return item.fileName();
+    const QString name = item.baseName() + QLatin1Char('.') + QString::number(attempt);
     const QString suffix = item.completeSuffix();
-    for (int counter = 2; place.isTaken(); ++counter) {
-        QString name = item.baseName() + QLatin1Char('.') + QString::number(counter);
-        if (!suffix.isEmpty())
-            name += QLatin1Char('.') + suffix;
-        place = Place(trash, name);
-    }
-    return place;
+    return suffix.isEmpty() ? name : name + QLatin1Char('.') + suffix;
+}
+
+// Moves an item to a place that is taken neither by another item nor by a record; QFile::rename()
+// would copy it to another file system.
+FileSystem::Renaming moveTo(const Place &place, const QString &item)
+{
+    const std::optional<bool> hasRecord = FileSystem::hasEntry(place.record);
+    if (!hasRecord)
+        return FileSystem::Renaming::Failed;
+    return *hasRecord ? FileSystem::Renaming::Taken : FileSystem::renameNew(item, place.item);
 }
 
 // Contract: the time is local although a "Z" follows it, and the path is not percent-encoded.
@@ -72,7 +87,8 @@ QString recordText(const QString &path)
 void writeRecord(const QString &fileName, const QString &text)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadWrite))
+    // Not over a record that another program has written meanwhile.
+    if (!file.open(QIODevice::ReadWrite | QIODevice::NewOnly))
         return;
     QTextStream out(&file);
     out.setCodec("UTF-8");
@@ -87,14 +103,20 @@ int Trash::move(const QString &path)
     if (trash.isNull())
         return Failed;
     if (!QFileInfo::exists(path))
-        return NoSuchPath;
-    const QString place = QFileInfo(FileSystem::resolved(path)).absoluteFilePath();
-    const QFileInfo item(QDir::cleanPath(place));
-    const QString text = recordText(item.filePath());
-    const Place target = freePlace(trash, item);
-    // QFile::rename() would copy to another file system.
-    if (!FileSystem::renameEntry(item.filePath(), target.item))
+        return canBeTold(FileSystem::lookUp(path)) ? NoSuchPath : Failed;
+    const QString resolved = FileSystem::resolved(path);
+    if (resolved.isEmpty())
         return Failed;
-    writeRecord(target.record, text);
-    return Moved;
+    const QFileInfo item(QDir::cleanPath(QFileInfo(resolved).absoluteFilePath()));
+    const QString text = recordText(item.filePath());
+    for (int attempt = 1;; ++attempt) {
+        const Place place(trash, nameAt(attempt, item));
+        const FileSystem::Renaming renaming = moveTo(place, item.filePath());
+        if (renaming == FileSystem::Renaming::Taken)
+            continue;
+        if (renaming == FileSystem::Renaming::Failed)
+            return Failed;
+        writeRecord(place.record, text);
+        return Moved;
+    }
 }
