@@ -17,6 +17,7 @@
 #include <type_traits>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -307,6 +308,28 @@ qint64 memory(const QByteArray &title)
     return status.mid(begin, status.indexOf("kB", begin) - begin).trimmed().toLongLong() * 1024;
 }
 
+// Lets the address space not grow beyond a size while it lives.
+class AddressSpaceLimit
+{
+public:
+    explicit AddressSpaceLimit(qint64 bytes)
+    {
+        getrlimit(RLIMIT_AS, &mBefore);
+        rlimit limit = mBefore;
+        limit.rlim_cur = static_cast<rlim_t>(bytes);
+        mIsValid = setrlimit(RLIMIT_AS, &limit) == 0;
+    }
+    ~AddressSpaceLimit() { setrlimit(RLIMIT_AS, &mBefore); }
+
+    bool isValid() const { return mIsValid; }
+
+private:
+    Q_DISABLE_COPY(AddressSpaceLimit)
+
+    rlimit mBefore{};
+    bool mIsValid = false;
+};
+
 // Translates the texts of one context, and only those.
 class Translator : public QTranslator
 {
@@ -326,8 +349,15 @@ public:
 
 } // namespace
 
-// Calls of the library come here first.
 extern "C" {
+// The address sanitizer would end the program where memory is short.
+const char *__asan_default_options();
+const char *__asan_default_options()
+{
+    return "allocator_may_return_null=1";
+}
+
+// Calls of the library come here first.
 ssize_t read(int file, void *buffer, size_t bytes)
 {
     if (!FileCalls::lets(true, static_cast<qint64>(bytes)))
@@ -398,6 +428,7 @@ private Q_SLOTS:
     void closedReader();
     void shrunkArchive();
     void keptOpen();
+    void shortMemory();
     void promisedSizes_data();
     void promisedSizes();
     void farPositions();
@@ -1215,7 +1246,8 @@ void tst_CTar::unopenable()
 void tst_CTar::unseekable_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::newRow("pipe") << QString();
+    QTest::newRow("pipe with a writer") << QStringLiteral("writer");
+    QTest::newRow("pipe without a writer") << QString();
     QTest::newRow("null device") << QStringLiteral("/dev/null");
 }
 
@@ -1226,12 +1258,13 @@ void tst_CTar::unseekable()
     const QTemporaryDir folder;
     QVERIFY(folder.isValid());
     int pipe = -1;
-    if (path.isEmpty()) {
+    const bool hasWriter = path == QLatin1String("writer");
+    if (hasWriter || path.isEmpty()) {
         path = folder.filePath(QStringLiteral("pipe"));
         QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-        // With a writer, so that opening does not wait for one.
-        pipe = open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC);
-        QVERIFY(pipe >= 0);
+        if (hasWriter)
+            pipe = open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC);
+        QCOMPARE(pipe >= 0, hasWriter);
     }
     const MessageRecorder recorder;
     CTar archive;
@@ -1675,6 +1708,34 @@ void tst_CTar::keptOpen()
     QVERIFY(!archive.loadFile(path));
     QVERIFY(!archive.error().isEmpty());
     verifyMembers(archive, {});
+    QCOMPARE(recorder.messages(), QStringList());
+}
+
+// Memory that is too short for a member is told like any other failure.
+void tst_CTar::shortMemory()
+{
+    const QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    constexpr qint64 kSize = 1536 * kMiB;
+    const QString path = written(folder, Header{"big", "14000000000"}.bytes());
+    QVERIFY(QFile::resize(path, kBlock + kSize + 2 * kBlock)); // the data is a hole
+    const MessageRecorder recorder;
+    CTar archive;
+    QVERIFY(archive.loadFile(path));
+    verifyMembers(archive, {text(1, QStringLiteral("big"), kSize, 0)});
+    QByteArray data("before");
+    bool isReadByIndex = true;
+    bool isReadByName = true;
+    {
+        const AddressSpaceLimit limit(memory("VmSize") + 512 * kMiB);
+        QVERIFY(limit.isValid());
+        isReadByIndex = archive.file(0, data);
+        isReadByName = archive.file(QStringLiteral("big"), data);
+    }
+    QVERIFY(!isReadByIndex);
+    QVERIFY(!isReadByName);
+    QCOMPARE(archive.error(), QStringLiteral("ERROR: There is not enough memory !"));
+    QCOMPARE(data, QByteArray("before"));
     QCOMPARE(recorder.messages(), QStringList());
 }
 

@@ -1,17 +1,24 @@
 #include "CTar.h"
 
+#include "FileSystem_p.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <new>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 using STarHdr = CTar::STarHdr;
+
+static_assert(sizeof(off_t) == sizeof(qint64), "Archives may have more than 2 GiB.");
 
 constexpr qint64 kBlock = 512; // bytes of a header, and what data is padded to
 
@@ -29,6 +36,7 @@ constexpr char kNoIndex[]
     = QT_TRANSLATE_NOOP("CTar", "ERROR: Index %1 must be between the limits 0 and %2. !");
 constexpr char kTooFewBytes[]
     = QT_TRANSLATE_NOOP("CTar", "ERROR: %1 bytes read but %2 are expected !");
+constexpr char kNoMemory[] = QT_TRANSLATE_NOOP("CTar", "ERROR: There is not enough memory !");
 constexpr char kNoName[]
     = QT_TRANSLATE_NOOP("CTar", "ERROR: File \"%1\" does not exist in the archive !");
 
@@ -74,6 +82,20 @@ CTarFileInfo::EType typeOf(char typeflag)
     }
 }
 
+// Opens a file, without waiting for the writer of a pipe, as QFile does.
+bool openToRead(QFile &file, const QString &fileName)
+{
+    // Not buffered: a buffer would be filled at each header with data that is not asked for.
+    constexpr QIODevice::OpenMode kMode = QIODevice::ReadOnly | QIODevice::Unbuffered;
+    file.setFileName(fileName);
+    const QByteArray name = FileSystem::nativeName(fileName);
+    struct stat status;
+    if (stat(name.constData(), &status) != 0 || !S_ISFIFO(status.st_mode))
+        return file.open(kMode);
+    const int pipe = open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    return file.open(pipe, kMode, QFileDevice::AutoCloseHandle);
+}
+
 } // namespace
 
 bool CTar::STarHdr::isNull() const
@@ -89,7 +111,7 @@ CTar::CTar() : mError(QLatin1String(""))
 CTar::~CTar() = default;
 
 bool CTar::loadFile(const QString &fileName)
-{
+try {
     mFile.close();
     mNames.clear();
     mInfos.clear();
@@ -97,9 +119,7 @@ bool CTar::loadFile(const QString &fileName)
     // Opening a file without a name would log what error() is to say.
     if (fileName.isEmpty())
         return fail(QStringLiteral("No file name specified"));
-    mFile.setFileName(fileName);
-    // Not buffered: a buffer would be filled at each header with data that is not asked for.
-    if (!mFile.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!openToRead(mFile, fileName))
         return fail(mFile.errorString());
     mFileSize = mFile.size();
     qint64 position = 0;
@@ -108,6 +128,9 @@ bool CTar::loadFile(const QString &fileName)
     while (ok && !isEnd)
         ok = readFileHeader(position, isEnd);
     return ok;
+} catch (const std::bad_alloc &) {
+    mNames.erase(mNames.begin() + mInfos.size(), mNames.end());
+    return fail(message(kNoMemory));
 }
 
 bool CTar::readFileHeader(qint64 &position, bool &isEnd)
@@ -154,7 +177,7 @@ CTarFileInfo CTar::info(int index) const
 }
 
 bool CTar::file(int index, QByteArray &data)
-{
+try {
     if (!mFile.isOpen())
         return fail(message(kNotOpen));
     if (index < 0 || index >= count())
@@ -176,13 +199,17 @@ bool CTar::file(int index, QByteArray &data)
     if (data.size() != info.size)
         return fail(message(kTooFewBytes).arg(data.size()).arg(info.size));
     return true;
+} catch (const std::bad_alloc &) {
+    return fail(message(kNoMemory));
 }
 
 bool CTar::file(const QString &name, QByteArray &data)
-{
+try {
     const int found = index(name);
     // Contract: the name is not filled in.
     return found < 0 ? fail(message(kNoName)) : file(found, data);
+} catch (const std::bad_alloc &) {
+    return fail(message(kNoMemory));
 }
 
 // By the system's own call: QFile::seek() would log what fails. Without a buffer the file is read
