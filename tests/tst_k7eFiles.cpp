@@ -5,6 +5,8 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 // Drives the commands of the program that handle files. Expected texts were worked out by hand. The
 // library is not linked.
 
@@ -920,6 +922,10 @@ void tst_k7eFiles::copyFileFailures()
     QVERIFY(QFile::link(QStringLiteral("none"), sandbox.path(QStringLiteral("broken"))));
     verify(sandbox.run("copy|broken|c"), QString(),
            QStringLiteral("broken: No such file or directory\n"), 1);
+    // Nobody writes to the pipe: it is not waited for.
+    QCOMPARE(mkfifo(QFile::encodeName(sandbox.path(QStringLiteral("pipe"))).constData(), 0600), 0);
+    verify(sandbox.run("copy|pipe|c"), unable("c"),
+           QStringLiteral("pipe: not copied, or not all of it\n"), 1);
 }
 
 void tst_k7eFiles::copyTree()
@@ -934,6 +940,8 @@ void tst_k7eFiles::copyTree()
     sandbox.write(QStringLiteral("tree/.hidden/a"), "hidden");
     sandbox.write(utf8("tree/folder/\u00e4\n%1"), "B");
     QVERIFY(QFile::link(QStringLiteral("none"), sandbox.path(QStringLiteral("tree/broken"))));
+    QCOMPARE(mkfifo(QFile::encodeName(sandbox.path(QStringLiteral("pipe"))).constData(), 0600), 0);
+    QVERIFY(QFile::link(QStringLiteral("../pipe"), sandbox.path(QStringLiteral("tree/to a pipe"))));
     for (const char *target : {"copy", "new/copy/"}) {
         verify(sandbox.run({QStringLiteral("copy"), QStringLiteral("tree"), QLatin1String(target)}),
                QString(), QString(), 0);
@@ -984,6 +992,13 @@ void tst_k7eFiles::copyTreeFailures()
            QStringLiteral("\nCDir::copyDirectory unable to create file/folder"),
            QStringLiteral("deep: not copied, or not all of it\n"), 1);
     QCOMPARE(sandbox.read(QStringLiteral("file")), QByteArray("file"));
+
+    // What cannot be read wholly is not copied at all.
+    const QByteArray undecodable
+        = QFile::encodeName(sandbox.path(QStringLiteral("tree/"))) + '\xff';
+    QCOMPARE(mkdir(undecodable.constData(), 0755), 0);
+    verify(sandbox.run("copy|tree|new"), QString(), error, 1);
+    QVERIFY(!QFileInfo::exists(sandbox.path(QStringLiteral("new"))));
 }
 
 QTEST_GUILESS_MAIN(tst_k7eFiles)

@@ -1,5 +1,4 @@
 #include "CDir.h"
-#include "CPath.h"
 #include "CommandLine.h"
 #include "Commands.h"
 #include "Console.h"
@@ -10,25 +9,13 @@
 
 namespace {
 
-// Copies the entry to its place; a failure is told on standard output.
-bool copyEntry(const QFileInfo &entry, const QString &destination)
-{
-    return entry.isDir() ? CDir::copyDirectory(entry.filePath(), destination)
-                         : CDir::copyFile(entry.filePath(), destination);
-}
-
 bool copyTree(const QString &source, const QString &target)
 {
-    const QFileInfoList entries = CDir::listFileAndDirInfos(source).mid(1);
-    ProgressLine progress(QStringLiteral("copied %1 of %2"), entries.size());
-    for (const QFileInfo &entry : entries) {
-        const QString destination = CPath::ensurePathSeparatorAtEnd(target)
-            + CDir::getRelativeSubPath(source, entry.filePath());
-        if (!copyEntry(entry, destination))
-            return false;
-        progress.step();
-    }
-    return true;
+    ProgressLine progress(QStringLiteral("copied %1 of %2"));
+    return CDir::copyDirectoryRecursive(source, target, [&progress](int done, int total) {
+        progress.show(done, total);
+        return true;
+    });
 }
 
 } // namespace

@@ -16,9 +16,8 @@ void writeLine(const QString &text)
 
 } // namespace
 
-ProgressLine::ProgressLine(const QString &text, int steps)
+ProgressLine::ProgressLine(const QString &text)
     : mText(text)
-    , mSteps(steps)
     , mIsTerminal(isatty(STDERR_FILENO) != 0)
 {
     mLast.start();
@@ -30,12 +29,11 @@ ProgressLine::~ProgressLine()
         writeLine(QString());
 }
 
-void ProgressLine::step()
+void ProgressLine::show(int done, int steps)
 {
-    ++mDone;
     if (!mIsTerminal || mLast.elapsed() < kInterval)
         return;
     mLast.restart();
     mIsShown = true;
-    writeLine(mText.arg(mDone).arg(mSteps));
+    writeLine(mText.arg(done).arg(steps));
 }

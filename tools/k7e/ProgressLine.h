@@ -11,18 +11,16 @@
 class ProgressLine
 {
 public:
-    //! \a text has %1 for the steps done and %2 for \a steps, their number.
-    ProgressLine(const QString &text, int steps);
+    //! \a text has %1 for the steps that are done and %2 for their number.
+    explicit ProgressLine(const QString &text);
     ~ProgressLine();
 
-    void step();
+    void show(int done, int steps);
 
 private:
     Q_DISABLE_COPY(ProgressLine)
 
     QString mText;
-    int mSteps;
-    int mDone = 0;
     bool mIsTerminal;
     bool mIsShown = false;
     QElapsedTimer mLast;
