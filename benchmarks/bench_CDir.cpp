@@ -20,16 +20,18 @@ constexpr QDir::Filters kWalked = QDir::Dirs | QDir::Files | QDir::Drives | QDir
 class Tree
 {
 public:
-    Tree(int files, qint64 bytes)
+    Tree(int files, qint64 bytes) : mFiles(files), mBytes(bytes) { make(); }
+
+    void make() const
     {
-        const QByteArray block(static_cast<int>(qMin(bytes, Q_INT64_C(1) << 20)), 'x');
-        for (int i = 0; i < files; ++i) {
+        const QByteArray block(static_cast<int>(qMin(mBytes, Q_INT64_C(1) << 20)), 'x');
+        for (int i = 0; i < mFiles; ++i) {
             const QString directory = QStringLiteral("%1/%2").arg(path()).arg(i / 100);
             QDir().mkpath(directory);
             QFile file(QStringLiteral("%1/file%2").arg(directory).arg(i));
             if (!file.open(QIODevice::WriteOnly))
                 std::abort();
-            for (qint64 written = 0; written < bytes; written += block.size())
+            for (qint64 written = 0; written < mBytes; written += block.size())
                 file.write(block);
         }
     }
@@ -39,6 +41,8 @@ public:
 
 private:
     QTemporaryDir mDir;
+    int mFiles;
+    qint64 mBytes;
 };
 
 bool copyByPeer(const QString &source, const QString &target)
@@ -60,6 +64,15 @@ void addCopy(const char *name, int files, qint64 bytes)
         name, 1.05, [tree] { return CDir::copyDirectoryRecursive(tree->path(), tree->target()); },
         [tree] { return copyByPeer(tree->path(), tree->target()); },
         [tree] { QDir(tree->target()).removeRecursively(); });
+}
+
+void addRemoval()
+{
+    const auto tree = std::make_shared<Tree>(10000, 0);
+    Pairs::addUndone(
+        "removeDirectoryRecursive, 10 000 files", 1.0,
+        [tree] { return CDir::removeDirectoryRecursive(tree->path()); },
+        [tree] { return QDir(tree->path()).removeRecursively(); }, [tree] { tree->make(); });
 }
 
 void addListing()
@@ -111,6 +124,7 @@ void addDirPairs()
 {
     addCopy("copyDirectoryRecursive, 10 000 of 4 KiB", 10000, 4096);
     addCopy("copyDirectoryRecursive, one of 1 GiB", 1, Q_INT64_C(1) << 30);
+    addRemoval();
     addListing();
     addExclusion();
 }
