@@ -70,8 +70,9 @@ public:
 
     //! Copies the file \a source, or the one that a link leads to, to \a target, whose directory is
     //! made if it is missing, and returns whether that went well; an existing target is a failure, and
-    //! so is a source that is no regular file. On failure prints the target. A kill in between may
-    //! leave a file "qt_temp." and six letters beside the target, but no part of the target.
+    //! so is a source that is no regular file. On failure prints the target. A kill in between leaves
+    //! no part of a target, but maybe one with the permissions 600, or a file "qt_temp." and six
+    //! letters beside it.
     static bool copyFile(const QString &source, const QString &target);
     /*!
         Copies the file \a source to \a target, as copyFile() does, but in the place of what is there,
