@@ -2,7 +2,10 @@
 
 #include "CUnitParser.h"
 
+#include <QHash>
+
 #include <array>
+#include <string>
 #include <vector>
 
 namespace {
@@ -44,8 +47,19 @@ void addUnitParserPairs()
         "CUnitParser::type(code)", limit,
         [codes = Codes()]() mutable { return CUnitParser::type(codes.next()); }, read);
 
-    const QString name = QStringLiteral("UNIT_NewtonMeter");
-    Pairs::add(
-        "CUnitParser::type(name)", {100, 0, 0}, [name] { return CUnitParser::type(name); },
-        [name] { return CUnitParser::mcSTR_TO_UNIT_MAP.value(name); });
+    // A name from the end of the table, and that of the longest.
+    QHash<QString, NUnits::EObjectUnit> units;
+    for (auto it = CUnitParser::mcSTR_TO_UNIT_MAP.cbegin();
+         it != CUnitParser::mcSTR_TO_UNIT_MAP.cend(); ++it)
+        units.insert(it.key(), it.value());
+    for (const char *text : {"UNIT_J", "UNIT_NewtonMeter", "UNIT_JERK_INC_PER_SAMPLE3_32x32"}) {
+        const QString name = QString::fromLatin1(text);
+        const auto peer = [name, units] { return units.value(name); };
+        Pairs::add(
+            std::string("CUnitParser::type(name) ") + text, {2, 0, 0},
+            [name] { return CUnitParser::type(name); }, peer);
+        Pairs::add(
+            std::string("CUnitParser::strToUnit ") + text, {2, 0, 0},
+            [name] { return CUnitParser::strToUnit(name); }, peer);
+    }
 }

@@ -2,8 +2,7 @@
 
 #include "CCompanyStrings.h"
 #include "CPath.h"
-#include "CodeTable_p.h"
-#include "TypeNames_p.h"
+#include "TypeTable_p.h"
 #include "Utf16_p.h"
 
 #include <QByteArray>
@@ -432,8 +431,7 @@ QString CStr::fromUtf16(const QByteArray &data)
 
 QString CStr::nTypeToStr(NTypes::ETypes type)
 {
-    const TypeNames::Row *row = CodeTable::find(TypeNames::kRows, type);
-    return row ? QString(row->name) : QString();
+    return TypeTable::name(type);
 }
 
 QString CStr::createDeviceSelectionValue(const QString &name, unsigned int serial)

@@ -5,6 +5,7 @@
 #include "FixedString_p.h"
 #include "FloatToInteger_p.h"
 #include "NumberText_p.h"
+#include "TypeTable_p.h"
 #include "VariantTypes_p.h"
 
 #include <QBitArray>
@@ -1084,7 +1085,7 @@ QDataStream &operator>>(QDataStream &in, CVariant &variant)
 QDebug operator<<(QDebug debug, const CVariant &variant)
 {
     const QDebugStateSaver saver(debug);
-    debug.nospace() << "CVariant(" << qUtf8Printable(CStr::nTypeToStr(variant.type())) << ' '
+    debug.nospace() << "CVariant(" << qUtf8Printable(TypeTable::name(variant.type())) << ' '
                     << variant.toStr() << ')';
     return debug;
 }

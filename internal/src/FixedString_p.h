@@ -1,7 +1,6 @@
 #ifndef FIXEDSTRING_P_H
 #define FIXEDSTRING_P_H
 
-#include "CStr.h"
 #include "Utf16_p.h"
 
 #include <QByteArray>
@@ -105,7 +104,7 @@ struct FixedString
     template <std::size_t N>
     static QString text(const Data<N> &data)
     {
-        return CStr::fromUtf16(units(data), sizeof(Array<N>));
+        return Utf16::text(units(data), static_cast<int>(N));
     }
 
     //! Compares the texts of two strings by unit: less than, equal to or greater than zero.
