@@ -1,7 +1,27 @@
 #include "CTemporaryDir.h"
 
+#include "FileSystem_p.h"
+#include "Tree_p.h"
+
+namespace {
+
+// Leaves nothing to the walk of QTemporaryDir, which takes a link for what it leads to if that is all
+// it can tell, or if a directory becomes one meanwhile.
+void removeTree(const QTemporaryDir &directory)
+{
+    if (directory.isValid())
+        Tree::remove(directory.path());
+}
+
+} // namespace
+
 CTemporaryDir::CTemporaryDir() = default;
-CTemporaryDir::~CTemporaryDir() = default;
+
+CTemporaryDir::~CTemporaryDir()
+{
+    if (autoRemove())
+        removeTree(mDir);
+}
 
 void CTemporaryDir::setAutoRemove(bool autoRemove)
 {
@@ -25,5 +45,7 @@ QString CTemporaryDir::path() const
 
 bool CTemporaryDir::remove()
 {
-    return mDir.remove();
+    removeTree(mDir);
+    // It takes what it cannot see for removed.
+    return mDir.remove() && FileSystem::hasEntry(path()) == false;
 }

@@ -9,6 +9,8 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -51,14 +53,22 @@ QByteArray withoutSeparatorsAtEnd(QByteArray path)
     return path;
 }
 
-// Returns the directory that contains the absolute path 'path' where ".." behind it leads, or a null
-// string if the system would not go there.
+// Returns the path of a directory without links in it, or a null string if it cannot be told.
+QString canonicalPath(const QString &path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> canonical(
+        realpath(FileSystem::nativeName(path).constData(), nullptr), &std::free);
+    return canonical ? QFile::decodeName(canonical.get()) : QString();
+}
+
+// Returns the directory that ".." behind the absolute path 'path' leads to, or a null string if the
+// system would not go there.
 QString parentOf(const QString &path)
 {
     const int error = FileSystem::lookUp(path + QLatin1String("/.."));
     if (error == 0) {
-        const QString canonical = QFileInfo(path).canonicalFilePath();
-        return canonical.isEmpty() ? QString() : QFileInfo(canonical).path();
+        const QString canonical = canonicalPath(path);
+        return canonical.isNull() ? QString() : QFileInfo(canonical).path();
     }
     const bool isByText = error == ENOENT && FileSystem::hasEntry(path) == false;
     return isByText ? QFileInfo(path).path() : QString();

@@ -38,9 +38,9 @@ QString trashDirectory()
 
 // Returns whether the error of a look-up tells that there is nothing to move, and not only that it
 // cannot be seen.
-bool canBeTold(int error)
+bool saysNothing(int error)
 {
-    return error == 0 || FileSystem::saysMissing(error) || error == ELOOP || error == ENAMETOOLONG;
+    return FileSystem::saysMissing(error) || error == ELOOP || error == ENAMETOOLONG;
 }
 
 // Where an item and its record go.
@@ -102,8 +102,8 @@ int Trash::move(const QString &path)
     const QString trash = trashDirectory();
     if (trash.isNull())
         return Failed;
-    if (!QFileInfo::exists(path))
-        return canBeTold(FileSystem::lookUp(path)) ? NoSuchPath : Failed;
+    if (const int error = FileSystem::lookUp(path))
+        return saysNothing(error) ? NoSuchPath : Failed;
     const QString resolved = FileSystem::resolved(path);
     if (resolved.isEmpty())
         return Failed;
