@@ -7,6 +7,9 @@
 #include <QFileInfo>
 #include <QtTest>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <memory>
 #include <type_traits>
 
@@ -49,6 +52,7 @@ private Q_SLOTS:
     void staysInside();
     void notMade_data();
     void notMade();
+    void withoutRights();
     void undecodable();
     void threads();
 };
@@ -198,6 +202,35 @@ void tst_CTemporaryDir::notMade()
     }
     QCOMPARE(tree.lines(), FileTree::complete(before));
     QCOMPARE(recorder.messages(), QStringList());
+}
+
+// What cannot be removed is told, by the result and in Qt's words.
+void tst_CTemporaryDir::withoutRights()
+{
+    const FileTree tree({});
+    QVERIFY(tree.isValid());
+    CTemporaryDir directory;
+    const QByteArray base = bytes(directory.path());
+    QVERIFY(FileTree::make("d " + base + "/closed"));
+    QVERIFY(FileTree::make("f " + base + "/closed/file=1"));
+    QVERIFY(chmod((base + "/closed").constData(), 0) == 0);
+    const MessageRecorder recorder;
+    bool isRemoved = true;
+    {
+        // Nothing lacks root.
+        constexpr uid_t kNobody = 65534;
+        const uid_t user = geteuid();
+        QVERIFY(user != 0 || seteuid(kNobody) == 0);
+        isRemoved = directory.remove();
+        QVERIFY(seteuid(user) == 0);
+    }
+    QVERIFY(!isRemoved);
+    QVERIFY(QFileInfo::exists(directory.path()));
+    QCOMPARE(recorder.messages(),
+             QStringList(QStringLiteral("warning default: QTemporaryDir: Unable to remove \"%1\""
+                                        " most likely due to the presence of read-only files.")
+                             .arg(directory.path())));
+    QVERIFY(chmod((base + "/closed").constData(), 0755) == 0);
 }
 
 // Names need not be decoded.

@@ -1,26 +1,16 @@
 #include "CTemporaryDir.h"
 
-#include "FileSystem_p.h"
 #include "Tree_p.h"
 
-namespace {
-
-// Leaves nothing to the walk of QTemporaryDir, which takes a link for what it leads to if that is all
-// it can tell, or if a directory becomes one meanwhile.
-void removeTree(const QTemporaryDir &directory)
-{
-    if (directory.isValid())
-        Tree::remove(directory.path());
-}
-
-} // namespace
+#include <QDebug>
 
 CTemporaryDir::CTemporaryDir() = default;
 
 CTemporaryDir::~CTemporaryDir()
 {
     if (autoRemove())
-        removeTree(mDir);
+        remove();
+    setAutoRemove(false);
 }
 
 void CTemporaryDir::setAutoRemove(bool autoRemove)
@@ -45,7 +35,12 @@ QString CTemporaryDir::path() const
 
 bool CTemporaryDir::remove()
 {
-    removeTree(mDir);
-    // It takes what it cannot see for removed.
-    return mDir.remove() && FileSystem::hasEntry(path()) == false;
+    // Not by QTemporaryDir, whose walk takes a directory that becomes a link meanwhile for what the link
+    // leads to, and what it cannot see for removed; the warning is the same.
+    const bool isGone = isValid() && Tree::remove(path());
+    if (isValid() && !isGone) {
+        qWarning() << "QTemporaryDir: Unable to remove" << path()
+                   << "most likely due to the presence of read-only files.";
+    }
+    return isGone;
 }

@@ -84,6 +84,21 @@ Race exchangeIn(const char *name, const char *path, const char *one, const char 
     return {name, removal(path), exchange(one, other), {"t", "link"}};
 }
 
+// The same in a temporary directory, whose name is known only when it is made.
+Race exchangeInTemporaryDirectory()
+{
+    const auto path = std::make_shared<QByteArray>();
+    const auto prepare = [path]() -> Run {
+        const auto directory = filledTemporaryDir();
+        *path = QFile::encodeName(directory->path()) + "/sub";
+        return withAbsoluteLink([directory] { return Result(directory->remove()); });
+    };
+    return {"temporary directory, a directory becomes a link",
+            Operation("", Lines{"l link>victim"} + kVictim, {}).prepared(prepare),
+            [path] { return exchange(path->constData(), "link")(); },
+            {"@temporary", "link"}};
+}
+
 // A file or a link that appears where one is written to.
 Race appearance(const char *name, const Lines &before, const Run &run, const QByteArray &line,
                 const QByteArrayList &free)
@@ -117,6 +132,7 @@ std::vector<Race> races()
          removal("t"),
          move("t/sub/deep", "moved"),
          {"t", "link", "moved"}},
+        exchangeInTemporaryDirectory(),
 
         appearance("copy, the target appears", {"f a=new"}, copyFile("a", "b"), "f b=theirs",
                    {"b"}),
