@@ -1,6 +1,6 @@
 #include "CDateTime.h"
 
-#include "ContentReader_p.h"
+#include "ContentGuard_p.h"
 #include "DateTimeRecord_p.h"
 
 #include <QByteArray>
@@ -151,6 +151,6 @@ QDataStream &operator<<(QDataStream &out, const CDateTime &dateTime)
 
 QDataStream &operator>>(QDataStream &in, CDateTime &dateTime)
 {
-    ContentReader::read(in, dateTime.mDateTime);
+    ContentGuard::read(in, dateTime.mDateTime);
     return in;
 }

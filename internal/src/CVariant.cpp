@@ -1,6 +1,6 @@
 #include "CVariant.h"
 
-#include "ContentReader_p.h"
+#include "ContentGuard_p.h"
 #include "DateTimeRecord_p.h"
 #include "FixedString_p.h"
 #include "FloatToInteger_p.h"
@@ -1075,7 +1075,7 @@ QDataStream &operator<<(QDataStream &out, const CVariant &variant)
 QDataStream &operator>>(QDataStream &in, CVariant &variant)
 {
     registerContents();
-    ContentReader::read(in, variant.mValue);
+    ContentGuard::read(in, variant.mValue);
     qint32 type = 0;
     in >> type;
     variant.mType = static_cast<NTypes::ETypes>(type);

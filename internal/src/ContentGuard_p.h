@@ -1,5 +1,5 @@
-#ifndef CONTENTREADER_P_H
-#define CONTENTREADER_P_H
+#ifndef CONTENTGUARD_P_H
+#define CONTENTGUARD_P_H
 
 class QDataStream;
 class QDateTime;
@@ -9,7 +9,7 @@ class QVariant;
     \internal
     Reads what Qt's operators wrote, from a stream that may be hostile.
 */
-namespace ContentReader {
+namespace ContentGuard {
 
 /*!
     Reads a QVariant from \a in into \a value, with the result that operator>>() would have.
@@ -25,6 +25,6 @@ void read(QDataStream &in, QVariant &value);
 //! Reads a QDateTime in the same way; one of an unknown time spec or zone is null.
 void read(QDataStream &in, QDateTime &value);
 
-} // namespace ContentReader
+} // namespace ContentGuard
 
-#endif // CONTENTREADER_P_H
+#endif // CONTENTGUARD_P_H

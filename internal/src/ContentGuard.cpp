@@ -1,4 +1,4 @@
-#include "ContentReader_p.h"
+#include "ContentGuard_p.h"
 
 #include "VariantTypes_p.h"
 
@@ -328,12 +328,12 @@ void readContent(QDataStream &in, QVariant &value, int depth)
 
 } // namespace
 
-void ContentReader::read(QDataStream &in, QVariant &value)
+void ContentGuard::read(QDataStream &in, QVariant &value)
 {
     readContent(in, value, 0);
 }
 
-void ContentReader::read(QDataStream &in, QDateTime &value)
+void ContentGuard::read(QDataStream &in, QDateTime &value)
 {
     if (!readDateTime(in, value))
         refuse(in);
