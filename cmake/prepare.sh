@@ -10,6 +10,7 @@ qtbase5-dev          /usr/lib/*/cmake/Qt5Test/Qt5TestConfig.cmake
 libbenchmark-dev     /usr/lib/*/cmake/benchmark/benchmarkConfig.cmake
 zlib1g-dev           /usr/include/zlib.h
 libarchive-dev       /usr/include/archive.h
+valgrind             /usr/bin/valgrind
 '
 
 # Installs the packages that are missing, or says which and stops.

@@ -1,9 +1,13 @@
+#include "AllocationCounter.h"
+#include "CDateTime.h"
 #include "CVariant.h"
 
 #include <QBitArray>
 #include <QByteArray>
 #include <QDataStream>
+#include <QIODevice>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -59,9 +63,24 @@ void useAll(const CVariant &value)
     require((value == parsed) == (parsed == value));
 }
 
+// Reads a value, in the memory that is promised.
+template <class T>
+T readWithinBounds(QDataStream &in)
+{
+    T value;
+    AllocationCounter::start();
+    in >> value;
+    const AllocationCounter::Counts counts = AllocationCounter::stop();
+    constexpr std::int64_t kAlways = 4 << 20;
+    constexpr std::int64_t kPerByte = 64;
+    require(counts.peak <= kAlways + kPerByte * in.device()->pos());
+    return value;
+}
+
 } // namespace
 
-// The first byte selects byte order and version of the stream; the rest is read as a variant.
+// The first byte selects byte order (1), version (2 is Qt_4_6, or that in bits 3 to 7 if these are not
+// zero) and type (4 is a date-time) of the stream; the rest is read.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     static const auto previous = qInstallMessageHandler(discardMessage);
@@ -71,9 +90,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     QDataStream in(QByteArray::fromRawData(reinterpret_cast<const char *>(data + 1),
                                            static_cast<int>(size - 1)));
     in.setByteOrder((data[0] & 1) != 0 ? QDataStream::LittleEndian : QDataStream::BigEndian);
-    in.setVersion((data[0] & 2) != 0 ? QDataStream::Qt_4_6 : QDataStream::Qt_5_15);
-    CVariant value;
-    in >> value;
+    const int version = data[0] >> 3;
+    if (version != 0)
+        in.setVersion(std::min<int>(version, QDataStream::Qt_5_15));
+    else
+        in.setVersion((data[0] & 2) != 0 ? QDataStream::Qt_4_6 : QDataStream::Qt_5_15);
+    if ((data[0] & 4) != 0) {
+        require(readWithinBounds<CDateTime>(in) == CDateTime() || in.status() == QDataStream::Ok
+                || in.status() == QDataStream::ReadPastEnd);
+        return 0;
+    }
+    const auto value = readWithinBounds<CVariant>(in);
     useAll(value);
 
     // Content that Qt can save comes back as it was, and so does any tag.

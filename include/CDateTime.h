@@ -93,7 +93,7 @@ K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CDateTime &dateTi
 /*!
     \relates CDateTime
     Reads a QDateTime. One of an unknown time spec or zone is null, with
-    QDataStream::ReadCorruptData.
+    QDataStream::ReadCorruptData; what follows is read from the right place. Nothing is thrown.
 */
 K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CDateTime &dateTime);
 

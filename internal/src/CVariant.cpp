@@ -1075,9 +1075,8 @@ QDataStream &operator<<(QDataStream &out, const CVariant &variant)
 QDataStream &operator>>(QDataStream &in, CVariant &variant)
 {
     registerContents();
-    ContentGuard::read(in, variant.mValue);
     qint32 type = 0;
-    in >> type;
+    ContentGuard::read(in, variant.mValue, type);
     variant.mType = static_cast<NTypes::ETypes>(type);
     return in;
 }
