@@ -95,17 +95,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         in.setVersion(std::min<int>(version, QDataStream::Qt_5_15));
     else
         in.setVersion((data[0] & 2) != 0 ? QDataStream::Qt_4_6 : QDataStream::Qt_5_15);
+    QByteArray copy;
+    QDataStream out(&copy, QIODevice::WriteOnly);
     if ((data[0] & 4) != 0) {
-        require(readWithinBounds<CDateTime>(in) == CDateTime() || in.status() == QDataStream::Ok
-                || in.status() == QDataStream::ReadPastEnd);
+        out << readWithinBounds<CDateTime>(in);
         return 0;
     }
     const auto value = readWithinBounds<CVariant>(in);
     useAll(value);
 
     // Content that Qt can save comes back as it was, and so does any tag.
-    QByteArray copy;
-    QDataStream out(&copy, QIODevice::WriteOnly);
     out << value;
     QDataStream again(copy);
     CVariant read;

@@ -108,7 +108,7 @@ bool readInto(QDataStream &in, Buffer &buffer, int total)
     return true;
 }
 
-// Reads a QString. Qt believes a claim of up to 4 MiB.
+// Reads a QString. Qt believes a claim of up to 2 MiB, and makes twice that room.
 QString readText(QDataStream &in)
 {
     QString text = QLatin1String("");
@@ -321,6 +321,7 @@ QTimeZone readZone(QDataStream &in)
                      comment);
 }
 
+// Reads one content with all that it holds.
 class Reader
 {
 public:
