@@ -461,8 +461,13 @@ void tst_CVariantForeign::readPast()
     in >> value;
     QCOMPARE(int(value.type()), 16);
     QVERIFY(in.atEnd());
-    // Cut, it is not taken all the same.
+    // A QVariant in a QVariant is one that holds nothing; cut, it is not taken all the same.
     const QByteArray whole = streamOf(content, QDataStream::Qt_5_15, QDataStream::BigEndian);
+    const Read inner = readVariant(head(QMetaType::QVariant) + whole + number(16));
+    QCOMPARE(inner.content.userType(), int(QMetaType::QVariant));
+    QVERIFY(!static_cast<const QVariant *>(inner.content.constData())->isValid());
+    QCOMPARE(inner.status, int(QDataStream::ReadCorruptData));
+    QCOMPARE(inner.tag, 16);
     for (int size = 0; size < whole.size(); ++size) {
         const Read cut = readVariant(whole.left(size));
         QVERIFY(cut.status != QDataStream::Ok);
