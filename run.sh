@@ -3,7 +3,7 @@
 # without any it shows the objects of an example drive.
 set -euo pipefail
 here=$(dirname "$0")
-. "$here/cmake/prepare.sh"
+. "$here/tools/prepare.sh"
 
 (cd "$here" && need_packages && build release k7e) >&2
 if [ $# -eq 0 ]; then

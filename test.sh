@@ -2,7 +2,7 @@
 # Installs what is missing, configures, builds and runs all tests.
 set -euo pipefail
 cd "$(dirname "$0")"
-. cmake/prepare.sh
+. tools/prepare.sh
 
 need_packages
 build "${K7E_PRESET:-dev}"

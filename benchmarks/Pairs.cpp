@@ -19,6 +19,13 @@ struct Entry
 
 std::vector<Entry> sEntries;
 
+// Made when the first file asks for it.
+std::vector<void (*)()> &groups()
+{
+    static std::vector<void (*)()> list;
+    return list;
+}
+
 class TableReporter : public benchmark::BenchmarkReporter
 {
 public:
@@ -70,6 +77,11 @@ private:
 
 } // namespace
 
+Pairs::Group::Group(void (*addPairs)())
+{
+    groups().push_back(addPairs);
+}
+
 void Pairs::add(const std::string &name, const Limit &limit, long allocations)
 {
     sEntries.push_back({name, limit, allocations});
@@ -77,17 +89,8 @@ void Pairs::add(const std::string &name, const Limit &limit, long allocations)
 
 int main(int argc, char **argv)
 {
-    addUnitParserPairs();
-    addVariantPairs();
-    addNumberTextPairs();
-    addMathPairs();
-    addTimePairs();
-    addIdentityPairs();
-    addDeviceListPairs();
-    addHmacPairs();
-    addTarPairs();
-    addDirPairs();
-    addLoadPairs();
+    for (const auto addPairs : groups())
+        addPairs();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

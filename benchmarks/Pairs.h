@@ -12,6 +12,13 @@
 */
 namespace Pairs {
 
+//! Has its function called before the benchmarks run, to add pairs; an object of it in each file.
+class Group
+{
+public:
+    explicit Group(void (*addPairs)());
+};
+
 //! What ours may take: \a ratio times the peer plus \a extraNs, and \a allocations of memory.
 struct Limit
 {
@@ -86,17 +93,5 @@ void addMeasured(const std::string &name, double ratio, Ours ours, Peer peer)
 }
 
 } // namespace Pairs
-
-void addDeviceListPairs();
-void addDirPairs();
-void addHmacPairs();
-void addIdentityPairs();
-void addLoadPairs();
-void addMathPairs();
-void addNumberTextPairs();
-void addTarPairs();
-void addTimePairs();
-void addUnitParserPairs();
-void addVariantPairs();
 
 #endif // PAIRS_H

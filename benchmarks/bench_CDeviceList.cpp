@@ -95,8 +95,6 @@ Value read(const QByteArray &bytes)
     return value;
 }
 
-} // namespace
-
 void addDeviceListPairs()
 {
     const Pairs::Limit limit = {1.1, 0, -1};
@@ -112,3 +110,7 @@ void addDeviceListPairs()
         "read a CDeviceList of 10 000", limit, [bytes] { return read<CDeviceList>(bytes); },
         [mapBytes] { return read<PlainDevices>(mapBytes); });
 }
+
+const Pairs::Group kGroup(&addDeviceListPairs);
+
+} // namespace

@@ -118,8 +118,6 @@ void addExclusion()
         });
 }
 
-} // namespace
-
 void addDirPairs()
 {
     addCopy("copyDirectoryRecursive, 10 000 of 4 KiB", 10000, 4096);
@@ -128,3 +126,7 @@ void addDirPairs()
     addListing();
     addExclusion();
 }
+
+const Pairs::Group kGroup(&addDirPairs);
+
+} // namespace

@@ -6,6 +6,8 @@
 
 // A one-time code beside the authentication code and the text that it is made of.
 
+namespace {
+
 void addHmacPairs()
 {
     const QByteArray key = QByteArrayLiteral("12345678901234567890");
@@ -17,3 +19,7 @@ void addHmacPairs()
             return code.result().toBase64();
         });
 }
+
+const Pairs::Group kGroup(&addHmacPairs);
+
+} // namespace

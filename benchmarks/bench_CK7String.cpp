@@ -78,8 +78,6 @@ void addReaders()
         [longHex] { return longHex.toULongLong(nullptr, 16); });
 }
 
-} // namespace
-
 void addNumberTextPairs()
 {
     addBits("U8", static_cast<unsigned char>(0xAB));
@@ -93,3 +91,7 @@ void addNumberTextPairs()
     addDec();
     addReaders();
 }
+
+const Pairs::Group kGroup(&addNumberTextPairs);
+
+} // namespace

@@ -22,8 +22,6 @@ void addBlock(const char *name, std::size_t size, double ratio)
         [block] { return crc32(0, block->data(), static_cast<uInt>(block->size())); });
 }
 
-} // namespace
-
 void addMathPairs()
 {
     addBlock("16 B", 16, 1);
@@ -33,3 +31,7 @@ void addMathPairs()
     addBlock("1 MiB", 1 << 20, 0.33);
     addBlock("64 MiB", 64 << 20, 0.33);
 }
+
+const Pairs::Group kGroup(&addMathPairs);
+
+} // namespace

@@ -72,8 +72,6 @@ private:
     QStringList mNames;
 };
 
-} // namespace
-
 void addTarPairs()
 {
     const auto archive = std::make_shared<Archive>();
@@ -101,3 +99,7 @@ void addTarPairs()
         },
         [archive] { return archive->readByPeer(true); });
 }
+
+const Pairs::Group kGroup(&addTarPairs);
+
+} // namespace

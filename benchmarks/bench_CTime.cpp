@@ -55,11 +55,13 @@ void addDateTime(const char *name, Qt::TimeSpec spec)
         [dateTime, spec] { return dateTime.toI64(spec); }, build);
 }
 
-} // namespace
-
 void addTimePairs()
 {
     addTime();
     addDateTime("UTC", Qt::UTC);
     addDateTime("local time", Qt::LocalTime);
 }
+
+const Pairs::Group kGroup(&addTimePairs);
+
+} // namespace

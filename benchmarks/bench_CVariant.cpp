@@ -147,8 +147,6 @@ void addStream(const char *type, T value)
         });
 }
 
-} // namespace
-
 void addVariantPairs()
 {
     addNumber("U8", static_cast<unsigned char>(200));
@@ -191,3 +189,7 @@ void addVariantPairs()
     addStream("STRING32", CString32(QStringLiteral("Servo drive")));
     addStream("CHAR", 'x');
 }
+
+const Pairs::Group kGroup(&addVariantPairs);
+
+} // namespace

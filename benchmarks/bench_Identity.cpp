@@ -80,8 +80,6 @@ Address readAddress(const QString &text)
     return address;
 }
 
-} // namespace
-
 void addIdentityPairs()
 {
     const QString id = QStringLiteral("P001_002_003_Drive_A");
@@ -104,3 +102,7 @@ void addIdentityPairs()
         [address, ours = CIPv6Address()]() mutable { return ours.setAddress(address); },
         [address] { return readAddress(address); });
 }
+
+const Pairs::Group kGroup(&addIdentityPairs);
+
+} // namespace

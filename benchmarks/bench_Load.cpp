@@ -20,8 +20,6 @@ double secondsOf(const QStringList &libraries)
     return static_cast<double>(nanoseconds) * 1e-9;
 }
 
-} // namespace
-
 void addLoadPairs()
 {
     const QString network = QStringLiteral(NETWORK_LIBRARY);
@@ -32,3 +30,7 @@ void addLoadPairs()
         },
         [network] { return secondsOf({network}); });
 }
+
+const Pairs::Group kGroup(&addLoadPairs);
+
+} // namespace

@@ -57,7 +57,7 @@ QDataStream &operator<<(QDataStream &out, const CDeviceItem &item)
     out << item.key << item.name << item.hostAddrType << item.hostAddress << item.port
         << item.serverName << item.auxText << item.configuration << item.auxFlagA << item.auxFlagB
         << item.auxNumberA << item.auxNumberB;
-    writeMap(out, item.subDevices);
+    MapStream::write(out, item.subDevices);
     return out;
 }
 

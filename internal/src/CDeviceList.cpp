@@ -62,7 +62,7 @@ QDataStream &operator>>(QDataStream &in, CDeviceList::ESourceType &type)
 QDataStream &operator<<(QDataStream &out, const CDeviceList &list)
 {
     out << list.name << list.sourceType;
-    writeMap(out, list.devices);
+    MapStream::write(out, list.devices);
     return out;
 }
 

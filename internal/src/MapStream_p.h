@@ -4,8 +4,10 @@
 #include <QDataStream>
 #include <QMap>
 
+//! \internal The maps of the device classes in a stream.
+namespace MapStream {
+
 /*!
-    \internal
     Writes \a map to \a out as its count and then its pairs from the last one, with the largest key,
     to the first, so that several of one key come back in their order.
 
@@ -13,7 +15,7 @@
     Reading needs no function of its own: it is the same in all sources.
 */
 template <class Key, class Value>
-void writeMap(QDataStream &out, const QMap<Key, Value> &map)
+void write(QDataStream &out, const QMap<Key, Value> &map)
 {
     out << static_cast<quint32>(map.size());
     for (auto it = map.constEnd(); it != map.constBegin();) {
@@ -21,5 +23,7 @@ void writeMap(QDataStream &out, const QMap<Key, Value> &map)
         out << it.key() << it.value();
     }
 }
+
+} // namespace MapStream
 
 #endif // MAPSTREAM_P_H
