@@ -698,7 +698,7 @@ void tst_CDir::removeWhatIsListed_data()
     gone("file", {"f a=1"});
     gone("tree",
          {"d a", "f a/b=1", "d a/c", "f a/c/d=2", "f a/c/e=3", "d a/c/f", "d a/g", "f a/h="});
-    gone("links to files", {"d a", "l a/b>../file", "f a/c=1", "l a/d>c"});
+    gone("links to files", {"d a", "l a/b>../file", "f a/c=1", "l a/d>../out/x"});
     gone("400 levels", Lines{"d a"} + chain("a", 400, ""));
     Lines odd{"d a"};
     const QByteArrayList names = FileTree::oddNames();
