@@ -24,9 +24,16 @@ public:
     CDateTime(const CDateTime &other);
     CDateTime(CDateTime &&other) noexcept;
     CDateTime(const QDateTime &dateTime);
-    //! Makes the date-time that \a packed reads in \a spec.
+    /*!
+        Makes the date-time that \a packed reads in \a spec: gives a null one \a spec, then the date,
+        then the time. As QDateTime has it, Qt::OffsetFromUTC is UTC and Qt::TimeZone local time.
+
+        Of a local reading that the clock shows twice it is the one whose offset from UTC the day
+        begins with, or either if that midnight is shown twice itself; one that the clock skips is
+        kept and invalid.
+    */
     CDateTime(const long long &packed, Qt::TimeSpec spec);
-    //! Makes the date-time that \a record reads in \a spec.
+    //! Makes the date-time that \a record reads in \a spec, in the same way.
     CDateTime(const NTypes::tsDateTime &record, Qt::TimeSpec spec);
     virtual ~CDateTime();
 

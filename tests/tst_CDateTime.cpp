@@ -4,6 +4,7 @@
 #include <QTimeZone>
 #include <QtTest>
 
+#include <algorithm>
 #include <ctime>
 #include <iterator>
 #include <limits>
@@ -61,6 +62,8 @@ constexpr char kUtc[] = "UTC";
 constexpr char kGapAtTwo[] = "CET-1CEST,M3.5.0,M10.5.0/3";        // and an overlap from 2 to 3
 constexpr char kGapAtMidnight[] = "XXX3YYY,M10.3.0/0,M2.3.0/0";   // and an overlap before it
 constexpr char kHalfHours[] = "LHST-10:30LHDT-11,M10.1.0,M4.1.0"; // steps of half an hour
+constexpr char kSouth[] = "AEST-10AEDT,M10.1.0,M4.1.0/3";         // summer in January
+constexpr char kWinterTime[] = "IST-1GMT0,M10.5.0,M3.5.0/1";      // the rule turns on in winter
 
 struct Zone
 {
@@ -119,6 +122,16 @@ void assign(QDateTime &dateTime, qint64 bits)
     dateTime.setDate(QDate(field(bits, 48, 2), field(bits, 40, 1), field(bits, 32, 1)));
     dateTime.setTime(
         QTime(field(bits, 24, 1), field(bits, 16, 1), field(bits, 8, 1), field(bits, 0, 1) * 10));
+}
+
+//! Two dates of the halves of a year.
+constexpr int kMonths[] = {1, 7};
+
+//! Converts a local time of \a month, as any other part of a program may. The C library remembers
+//! which half of the year it was in.
+qint64 convertOne(int month)
+{
+    return QDateTime(QDate(2021, month, 15), QTime(12, 0), Qt::LocalTime).toMSecsSinceEpoch();
 }
 
 QDateTime reading(qint64 bits, Qt::TimeSpec spec)
@@ -195,6 +208,8 @@ private Q_SLOTS:
     void impossibleParts();
     void gapKeepsParts_data();
     void gapKeepsParts();
+    void repeatedHour_data();
+    void repeatedHour();
     void copiesAndMoves();
     void fromQDateTime();
 
@@ -473,6 +488,8 @@ void tst_CDateTime::gapKeepsParts_data()
     row("gap at midnight, 00:30", kGapAtMidnight, packed(2021, 10, 17, 0, 30, 0, 99), true);
     // The date alone is in the gap until the time is set.
     row("gap at midnight, 12:30", kGapAtMidnight, packed(2021, 10, 17, 12, 30, 0, 0), false);
+    row("gap in the south, 02:30", kSouth, packed(2021, 10, 3, 2, 30, 0, 0), true);
+    row("gap of winter time, 01:30", kWinterTime, packed(2021, 3, 28, 1, 30, 0, 0), true);
     row("overlap before midnight, 23:30", kGapAtMidnight, packed(2021, 2, 20, 23, 30, 0, 0), false);
 }
 
@@ -481,17 +498,82 @@ void tst_CDateTime::gapKeepsParts()
     QFETCH(const QByteArray, zone);
     QFETCH(const qint64, bits);
     const LocalZone localZone(zone);
-    const CDateTime dateTime(bits, Qt::LocalTime);
-    QTEST(!dateTime.isValid(), "inGap"); // as QDateTime has it
-    QCOMPARE(qint64(dateTime.toI64(Qt::LocalTime)), bits);
-    QCOMPARE(qint64(CDateTime(record(bits), Qt::LocalTime).toI64(Qt::LocalTime)), bits);
-    CDateTime assigned;
-    assigned = static_cast<long long>(bits);
-    QCOMPARE(qint64(assigned.toI64(Qt::LocalTime)), bits);
-    QCOMPARE(
-        qint64(CDateTime::fromI64ByteArray(dateTime.toI64ByteArray(Qt::LocalTime), Qt::LocalTime)
-                   .toI64(Qt::LocalTime)),
-        bits);
+    for (const int before : kMonths) {
+        convertOne(before);
+        const CDateTime dateTime(bits, Qt::LocalTime);
+        QTEST(!dateTime.isValid(), "inGap"); // as QDateTime has it
+        QCOMPARE(qint64(dateTime.toI64(Qt::LocalTime)), bits);
+        convertOne(before);
+        QCOMPARE(qint64(CDateTime(record(bits), Qt::LocalTime).toI64(Qt::LocalTime)), bits);
+        convertOne(before);
+        CDateTime assigned;
+        assigned = static_cast<long long>(bits);
+        QCOMPARE(qint64(assigned.toI64(Qt::LocalTime)), bits);
+        const QByteArray bytes = dateTime.toI64ByteArray(Qt::LocalTime);
+        convertOne(before);
+        QCOMPARE(qint64(CDateTime::fromI64ByteArray(bytes, Qt::LocalTime).toI64(Qt::LocalTime)),
+                 bits);
+    }
+}
+
+void tst_CDateTime::repeatedHour_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    QTest::addColumn<qint64>("bits");
+    QTest::addColumn<QString>("expected"); // in UTC
+    const auto row = [](const char *name, const char *zone, qint64 bits, const char *expected) {
+        QTest::newRow(name) << QByteArray(zone) << bits << QString::fromLatin1(expected);
+    };
+    row("north, 01:59:59.99 before it", kGapAtTwo, packed(2021, 10, 31, 1, 59, 59, 99),
+        "2021-10-30T23:59:59.990Z");
+    row("north, 02:00", kGapAtTwo, packed(2021, 10, 31, 2, 0, 0, 0), "2021-10-31T00:00:00.000Z");
+    row("north, 02:30", kGapAtTwo, 0x07E50A1F021E0000, "2021-10-31T00:30:00.000Z");
+    row("north, 02:59:59.99", kGapAtTwo, packed(2021, 10, 31, 2, 59, 59, 99),
+        "2021-10-31T00:59:59.990Z");
+    row("north, 03:00 behind it", kGapAtTwo, packed(2021, 10, 31, 3, 0, 0, 0),
+        "2021-10-31T02:00:00.000Z");
+    row("south, 02:30", kSouth, packed(2021, 4, 4, 2, 30, 0, 0), "2021-04-03T15:30:00.000Z");
+    row("south, 03:00 behind it", kSouth, packed(2021, 4, 4, 3, 0, 0, 0),
+        "2021-04-03T17:00:00.000Z");
+    row("south, before midnight, 23:30", kGapAtMidnight, packed(2021, 2, 20, 23, 30, 0, 0),
+        "2021-02-21T01:30:00.000Z");
+    row("half an hour, 01:45", kHalfHours, packed(2021, 4, 4, 1, 45, 0, 0),
+        "2021-04-03T14:45:00.000Z");
+    row("winter time, 01:30", kWinterTime, packed(2021, 10, 31, 1, 30, 0, 0),
+        "2021-10-31T00:30:00.000Z");
+}
+
+// The C library takes a reading that a clock shows twice for the one closer to what it converted
+// last. The date is set first, so that this is the half of the year that the day begins in.
+void tst_CDateTime::repeatedHour()
+{
+    QFETCH(const QByteArray, zone);
+    QFETCH(const qint64, bits);
+    QFETCH(const QString, expected);
+    const LocalZone localZone(zone);
+    QVERIFY(convertOne(7) - convertOne(1) != QDate(2021, 1, 15).daysTo({2021, 7, 15}) * 86400000);
+    QByteArray bytes(8, '\0');
+    qToLittleEndian(bits, bytes.data());
+    for (const int before : kMonths) {
+        const auto check = [&](auto make) {
+            convertOne(before);
+            const CDateTime dateTime = make();
+            for (const int behind : kMonths) {
+                convertOne(behind);
+                QCOMPARE(dateTime.toQDateTime(Qt::UTC).toString(Qt::ISODateWithMs), expected);
+                QCOMPARE(qint64(dateTime.toI64(Qt::LocalTime)), bits);
+            }
+        };
+        check([&] { return CDateTime(bits, Qt::LocalTime); });
+        check([&] { return CDateTime(bits, Qt::TimeZone); }); // local time as well
+        check([&] { return CDateTime(record(bits), Qt::LocalTime); });
+        check([&] { return CDateTime::fromI64ByteArray(bytes, Qt::LocalTime); });
+        check([&] {
+            CDateTime assigned;
+            assigned = static_cast<long long>(bits);
+            return assigned;
+        });
+    }
 }
 
 void tst_CDateTime::copiesAndMoves()
@@ -690,6 +772,7 @@ void tst_CDateTime::byteArrayRoundTrip()
     constexpr quint64 kSteps[]
         = {1613872800, 1616893200, 1617462000, 1633188600, 1634439600, 1635642000};
     constexpr quint64 kAroundMsecs = 4 * 3600 * 1000;
+    constexpr int kClockSteps[] = {-3600, -1800, 1800, 3600};
     std::mt19937_64 random(3232);
     for (int i = 0; i < 2000; ++i) {
         // An instant between 1970 and 2036 to the millisecond, every other one close to a step.
@@ -705,11 +788,17 @@ void tst_CDateTime::byteArrayRoundTrip()
         // The reading always comes back; so does the instant, unless the clock reads so twice.
         QCOMPARE(back.toI64ByteArray(spec), bytes);
         const QDateTime cut = instant.addMSecs(-(msecs % 10));
-        const QDateTime there = cut.toTimeSpec(spec);
-        if (QDateTime(there.date(), there.time(), there.timeSpec()) == cut)
-            QVERIFY(back == CDateTime(cut));
-        else
+        const auto clock = [&](int seconds) {
+            const QDateTime there = cut.addSecs(seconds).toTimeSpec(spec);
+            return std::pair(there.date(), there.time());
+        };
+        const bool isTwice
+            = std::any_of(std::begin(kClockSteps), std::end(kClockSteps),
+                          [&clock](int seconds) { return clock(seconds) == clock(0); });
+        if (isTwice)
             QVERIFY(qAbs(back.toQDateTime(Qt::UTC).msecsTo(cut)) <= 3600000);
+        else
+            QVERIFY(back == CDateTime(cut));
     }
 }
 

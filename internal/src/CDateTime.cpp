@@ -28,8 +28,11 @@ CDateTime::CDateTime(const long long &packed, Qt::TimeSpec spec)
 }
 
 CDateTime::CDateTime(const NTypes::tsDateTime &record, Qt::TimeSpec spec)
-    : mDateTime(DateTimeRecord::toQDate(record.date), DateTimeRecord::toQTime(record.time), spec)
 {
+    // Contract: the date before the time, not both at once. Of a reading that a clock shows twice it
+    // then is the one in the half of the year that the day begins in, whatever was converted before.
+    mDateTime.setTimeSpec(spec);
+    *this = record;
 }
 
 CDateTime &CDateTime::operator=(const QDateTime &dateTime)
