@@ -20,8 +20,12 @@ public:
 
     /*!
         Returns \a value rounded to \a decimals places, halves away from zero: 2.5 gives 3 and -2.5
-        gives -3 with 0. The product with 10^decimals is in extended precision; where it does not
-        fit into a signed 64-bit integer, or is NaN, -2^63 stands for it.
+        gives -3 with 0. The product with 10^decimals is in extended precision. A number that has
+        these decimals and fewer than 2^53 units of the last one stays itself, up to 15 of them:
+        0.002877 with 6.
+
+        Where the product does not fit into a signed 64-bit integer, and for NaN and the infinities,
+        returns \a value as it is: it has no digits behind those decimals.
     */
     static double round(double value, unsigned int decimals);
     //! Returns \a value rounded down to \a decimals places: -1.25 gives -1.3 with 1.

@@ -9,6 +9,7 @@
 #include <array>
 #include <climits>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <limits>
@@ -126,6 +127,8 @@ private Q_SLOTS:
     void rounding_data();
     void rounding();
     void roundingIsExact();
+    void decimalsStay_data();
+    void decimalsStay();
     void checkDouble_data();
     void checkDouble();
     void checkDoubleOfValues_data();
@@ -239,23 +242,33 @@ void tst_CMath::rounding_data()
     row("1234, -1 place", 1234, places(-1), 1230, 1230, 1240);
     row("1234, -400 places, factor 0", 1234, places(-400), kNaN, kNaN, kNaN);
     row("1234, 2^31 places, factor 0", 1234, 0x80000000U, kNaN, kNaN, kNaN);
-    row("1, 400 places, factor infinite", 1, 400, -0.0, kNaN, kNaN);
+    row("1, 400 places, factor infinite", 1, 400, 1, kNaN, kNaN);
+    row("0, 400 places, factor infinite", 0, 400, 0, kNaN, kNaN);
+    row("-0, 400 places, factor infinite", -0.0, 400, -0.0, kNaN, kNaN);
 
-    // Only the nearest goes through a 64-bit integer; what does not fit is its least one.
+    // The quotient is rounded once.
+    row("0.002877, 6 places", 0.002877, 6, 0.002877, 0.002877, 0.002877);
+    row("2^53, 1 place", 9007199254740992.0, 1, 9007199254740992.0, 9007199254740992.0,
+        9007199254740992.0);
+
+    // Only the nearest goes through a 64-bit integer; what does not fit is left as it is.
     row("greatest below 2^63", 9223372036854774784.0, 0, 9223372036854774784.0,
         9223372036854774784.0, 9223372036854774784.0);
-    row("2^63", kTwo63, 0, -kTwo63, kTwo63, kTwo63);
+    row("2^63", kTwo63, 0, kTwo63, kTwo63, kTwo63);
     row("-2^63", -kTwo63, 0, -kTwo63, -kTwo63, -kTwo63);
-    row("2^64", 2 * kTwo63, 0, -kTwo63, 2 * kTwo63, 2 * kTwo63);
-    row("-2^64", -2 * kTwo63, 0, -kTwo63, -2 * kTwo63, -2 * kTwo63);
-    row("1e300", 1e300, 0, -kTwo63, 1e300, 1e300);
-    row("-1e300", -1e300, 0, -kTwo63, -1e300, -1e300);
+    row("-2^63 - 2048, next below", -9223372036854777856.0, 0, -9223372036854777856.0,
+        -9223372036854777856.0, -9223372036854777856.0);
+    row("2^64", 2 * kTwo63, 0, 2 * kTwo63, 2 * kTwo63, 2 * kTwo63);
+    row("-2^64", -2 * kTwo63, 0, -2 * kTwo63, -2 * kTwo63, -2 * kTwo63);
+    row("1e300", 1e300, 0, 1e300, 1e300, 1e300);
+    row("-1e300", -1e300, 0, -1e300, -1e300, -1e300);
     row("9, 18 places fit", 9, 18, 9, 9, 9);
-    row("1, 19 places do not fit", 1, 19, -0.9223372036854775808, 1, 1);
-    row("infinity", kInfinity, 0, -kTwo63, kInfinity, kInfinity);
-    row("-infinity", -kInfinity, 0, -kTwo63, -kInfinity, -kInfinity);
-    row("NaN", kNaN, 0, -kTwo63, kNaN, kNaN);
-    row("NaN, 2 places", kNaN, 2, -92233720368547758.08, kNaN, kNaN);
+    row("1, 19 places do not fit", 1, 19, 1, 1, 1);
+    row("-0.1, 300 places do not fit", -0.1, 300, -0.1, -0.1, -0.1);
+    row("infinity", kInfinity, 0, kInfinity, kInfinity, kInfinity);
+    row("-infinity", -kInfinity, 0, -kInfinity, -kInfinity, -kInfinity);
+    row("NaN", kNaN, 0, kNaN, kNaN, kNaN);
+    row("NaN, 2 places", kNaN, 2, kNaN, kNaN, kNaN);
 }
 
 void tst_CMath::rounding()
@@ -303,6 +316,37 @@ void tst_CMath::roundingIsExact()
                  where.constData());
         QVERIFY2(CMath::roundUp(value, decimals) == result(-floored(-product, divisor)),
                  where.constData());
+    }
+}
+
+void tst_CMath::decimalsStay_data()
+{
+    QTest::addColumn<int>("decimals");
+    for (int decimals = 0; decimals <= 15; ++decimals)
+        QTest::addRow("%d places", decimals) << decimals;
+}
+
+// A number with so many decimals and fewer than 2^53 units of the last is the double next to it, and
+// so is what it is rounded to. The C library reads it from its text.
+void tst_CMath::decimalsStay()
+{
+    QFETCH(const int, decimals);
+    constexpr quint64 kTwo53 = Q_UINT64_C(1) << 53;
+    std::vector<quint64> units = {0, 1, 2, 5, 9, 2877, kTwo53 / 2 - 1, kTwo53 / 2, kTwo53 / 2 + 1};
+    for (quint64 power = 1; power < kTwo53; power *= 10)
+        units.insert(units.end(), {power - 1, power, power + 1});
+    for (quint64 i = 1; i <= 1000; ++i)
+        units.push_back(kTwo53 - i);
+    std::mt19937_64 random(static_cast<quint64>(2877 + decimals));
+    for (int i = 0; i < 50000; ++i)
+        units.push_back(random() >> (11 + random() % 52)); // of every length
+    for (const quint64 count : units) {
+        const std::string number = std::to_string(count) + "e-" + std::to_string(decimals);
+        const double value = std::strtod(number.c_str(), nullptr);
+        const auto places = static_cast<unsigned int>(decimals);
+        QVERIFY2(same(CMath::round(value, places), value), number.c_str());
+        if (count != 0)
+            QVERIFY2(same(CMath::round(-value, places), -value), number.c_str());
     }
 }
 

@@ -130,9 +130,12 @@ double plainConvert(double value, ETimeUnit from, ETimeUnit to)
     }
 }
 
-//! Rounds to the nearest count, halves away from zero; what 64 bits with a sign lack is -2^63.
+//! Rounds to the nearest count, halves away from zero; what neither 64 bits nor 64 bits with a sign
+//! have is 2^63.
 quint64 plainRounded(double value)
 {
+    if (value >= kTwo63F && value < 2 * kTwo63F)
+        return static_cast<quint64>(value);
     if (!(std::fabs(value) < kTwo63F))
         return kTwo63;
     const double whole = std::trunc(value);
@@ -590,6 +593,11 @@ void tst_CTime::valueInUnit_data()
     row("2^53 + 1 unknown->s, 53 bits", kTwo53 + 1, CTime::UNKNOWN, CTime::S, kTwo53);
     row("2^53 + 1 s->s, raw", kTwo53 + 1, CTime::S, CTime::S, kTwo53 + 1);
     row("2^64 - 1 h->h, raw", ULLONG_MAX, CTime::H, CTime::H, ULLONG_MAX);
+    row("10^10 s->ns, upper half", Q_UINT64_C(10000000000), CTime::S, CTime::NS,
+        Q_UINT64_C(10000000000000000000));
+    row("2^60 s->ms, beyond 64 bits", Q_UINT64_C(1) << 60, CTime::S, CTime::MS, kTwo63);
+    row("-10^10 s->ns, no 64 bits with a sign", bits(Q_INT64_C(-10000000000)), CTime::S, CTime::NS,
+        kTwo63);
     row("2^63 - 1 h->ps, beyond 64 bits", kTwo63 - 1, CTime::H, CTime::PS, kTwo63);
     row("2^63 h->ps, beyond 64 bits", kTwo63, CTime::H, CTime::PS, kTwo63);
 }
@@ -611,6 +619,13 @@ void tst_CTime::fromValue_data()
     row("2^64 - 1 ms->ms, raw", ULLONG_MAX, CTime::MS, CTime::MS, ULLONG_MAX);
     row("2^64 - 1 ps->ps, raw", ULLONG_MAX, CTime::PS, CTime::PS, ULLONG_MAX);
     row("2^64 - 1 s->h, unsigned", ULLONG_MAX, CTime::S, CTime::H, Q_UINT64_C(5124095576030431));
+    row("2^63 unknown->s", kTwo63, CTime::UNKNOWN, CTime::S, kTwo63);
+    row("2^63 + 2048 unknown->s, upper half", kTwo63 + 2048, CTime::UNKNOWN, CTime::S,
+        kTwo63 + 2048);
+    row("2^64 - 2048 unknown->s, greatest", ULLONG_MAX - 2047, CTime::UNKNOWN, CTime::S,
+        ULLONG_MAX - 2047);
+    row("12 * 10^9 s->ns, upper half", Q_UINT64_C(12000000000), CTime::S, CTime::NS,
+        Q_UINT64_C(12000000000000000000));
     row("2^64 - 1 unknown->s, beyond 64 bits", ULLONG_MAX, CTime::UNKNOWN, CTime::S, kTwo63);
     row("3 unknown->ms, seconds", 3, CTime::UNKNOWN, CTime::MS, 3000);
     row("3000 ms->code -1, seconds", 3000, CTime::MS, code(-1), 3);
@@ -829,6 +844,10 @@ void tst_CTime::compares_data()
     row("499 ps, 500 ps", 499, CTime::PS, 500, CTime::PS, -1);
     row("2^53 us, 2^53 + 1 us, through doubles", kTwo53, CTime::US, kTwo53 + 1, CTime::US, 0);
     row("2^53 ns, 2^53 + 1 ns, raw", kTwo53, CTime::NS, kTwo53 + 1, CTime::NS, -1);
+    row("10^10 s, 12 * 10^9 s, upper half", Q_UINT64_C(10000000000), CTime::S,
+        Q_UINT64_C(12000000000), CTime::S, -1);
+    row("2 * 10^10 s, 3 * 10^10 s, beyond 64 bits", Q_UINT64_C(20000000000), CTime::S,
+        Q_UINT64_C(30000000000), CTime::S, 0);
     row("-1 ns, 1 ns, unsigned", bits(-1), CTime::NS, 1, CTime::NS, 1);
     row("-1 ms, 1 ms, unsigned", bits(-1), CTime::MS, 1, CTime::MS, 1);
     row("1 unknown, 1 s", 1, CTime::UNKNOWN, 1, CTime::S, 0);
@@ -882,7 +901,12 @@ void tst_CTime::multiplies_data()
     row("2^64 - 1 by 0.25, unsigned", ULLONG_MAX, 0.25, kTwo63 / 2);
     row("2^53 + 1 by 1, 53 bits", kTwo53 + 1, 1.0, kTwo53);
     row("2^62 by -2", kTwo63 / 2, -2.0, kTwo63);
-    row("2^62 by 2, beyond 64 bits", kTwo63 / 2, 2.0, kTwo63);
+    row("2^62 by 2, upper half", kTwo63 / 2, 2.0, kTwo63);
+    row("2^62 by 3, upper half", kTwo63 / 2, 3.0, kTwo63 + kTwo63 / 2);
+    row("18 * 10^18 by 1, upper half", Q_UINT64_C(18000000000000000000), 1.0,
+        Q_UINT64_C(18000000000000000000));
+    row("2^64 - 2048 by 1, greatest", ULLONG_MAX - 2047, 1.0, ULLONG_MAX - 2047);
+    row("2^62 by 4, beyond 64 bits", kTwo63 / 2, 4.0, kTwo63);
     row("2^64 - 1 by 1, beyond 64 bits", ULLONG_MAX, 1.0, kTwo63);
     row("1 by 1e300, beyond 64 bits", 1, 1e300, kTwo63);
     row("1 by -1e300, beyond 64 bits", 1, -1e300, kTwo63);
@@ -958,6 +982,8 @@ void tst_CTime::adds_data()
     row("0 unknown + 2500 ms, seconds", 0, CTime::UNKNOWN, 2500, CTime::MS, 2);
     row("1 of code -1 + 1 s", 1, code(-1), 1, CTime::S, 2);
     row("5 s + -3000 ms, wraps", 5, CTime::S, bits(-3000), CTime::MS, 2);
+    row("0 ns + 10^10 s, upper half", 0, CTime::NS, Q_UINT64_C(10000000000), CTime::S,
+        Q_UINT64_C(10000000000000000000));
     row("1 s + -2000 ms, unsigned", 1, CTime::S, bits(-2000), CTime::MS, 18446744072);
     row("5 ms + 3 ms, same unit", 5, CTime::MS, 3, CTime::MS, 6);
     row("10 ms + 20 ms, same unit", 10, CTime::MS, 20, CTime::MS, 6);

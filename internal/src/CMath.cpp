@@ -29,12 +29,17 @@ double CMath::exp10(int exponent)
 
 double CMath::round(double value, unsigned int decimals)
 {
-    const auto f = static_cast<long double>(factor(decimals));
+    constexpr qint64 kTwo53 = Q_INT64_C(1) << 53;
+    const double f = factor(decimals);
     const long double half = value > 0 ? 0.5L : -0.5L;
-    const auto integer
-        = FloatToInteger::truncated<qint64>(static_cast<long double>(value) * f + half);
-    // The integer may have more bits than a double.
-    return static_cast<double>(static_cast<long double>(integer) / f);
+    const long double scaled = static_cast<long double>(value) * static_cast<long double>(f) + half;
+    if (!FloatToInteger::fits<qint64>(scaled))
+        return value;
+    const auto integer = FloatToInteger::truncated<qint64>(scaled);
+    // The quotient is rounded once, to a double, where a double holds the integer.
+    if (integer >= -kTwo53 && integer <= kTwo53)
+        return static_cast<double>(integer) / f;
+    return static_cast<double>(static_cast<long double>(integer) / static_cast<long double>(f));
 }
 
 double CMath::roundOff(double value, unsigned int decimals)

@@ -33,6 +33,16 @@ Integer wrapped(double value)
     return static_cast<Integer>(Q_UINT64_C(1) << 63);
 }
 
+//! Returns whether \a value cut towards zero is a signed \a Integer; NaN is none.
+template <class Integer>
+bool fits(long double value)
+{
+    static_assert(std::is_signed_v<Integer>);
+    // A power of two, so that the limits are exact: -2^(n-1) - 1 < value < 2^(n-1).
+    constexpr long double kEnd = -static_cast<long double>(std::numeric_limits<Integer>::min());
+    return value > -kEnd - 1 && value < kEnd;
+}
+
 /*!
     Returns \a value cut towards zero. What does not fit into an \a Integer, and NaN, is the most
     negative integer of its width; a negative value that fits into the signed type of that width
@@ -43,9 +53,8 @@ Integer truncated(long double value)
 {
     using Signed = std::make_signed_t<Integer>;
     constexpr auto kLeast = std::numeric_limits<Signed>::min();
-    // Powers of two, so that the limits are exact: -2^(n-1) - 1 < value < 2^(n-1), or 2^n.
     constexpr long double kSignedEnd = -static_cast<long double>(kLeast);
-    if (value > -kSignedEnd - 1 && value < kSignedEnd)
+    if (fits<Signed>(value))
         return static_cast<Integer>(static_cast<Signed>(value));
     if (std::is_unsigned_v<Integer> && value >= kSignedEnd && value < 2 * kSignedEnd)
         return static_cast<Integer>(value);
