@@ -263,12 +263,14 @@ public:
         number of 32 (64) bits is 0, and the low bits of one that is are kept: "300" is U8 44.
         Strings are cut at their capacity; 8-bit strings are Latin-1, not padded. A date-time is
         "2014-03-05T10:20:30", or the low 32 bits of the record as a number, or else all zeros.
+        UTF16CHAR is the first unit, the null character if there is none.
 
         UNKNOWN, F80 and codes that are no type give a null value and the warning
         "CVariant::fromStr : Data type %1 is not supported in this method.".
     */
     Q_REQUIRED_RESULT static CVariant fromStr(const QString &text, NTypes::ETypes type);
-    //! Assigns \a text parsed as the own tag; if that is null, setDefaultValue() of the tag.
+    //! Assigns \a text parsed as the own tag. For a tag that is no type, and for an 8-bit one if \a
+    //! text is null, calls setDefaultValue() of the tag instead.
     CVariant &fromStr(const QString &text);
 
     /*!

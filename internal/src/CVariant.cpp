@@ -929,7 +929,8 @@ CVariant CVariant::fromStr(const QString &text, NTypes::ETypes type)
 CVariant &CVariant::fromStr(const QString &text)
 {
     CVariant parsed = fromStr(text, mType);
-    if (parsed.isNull())
+    // The null character is a value, although Qt calls a QVariant of it null.
+    if (parsed.isNull() && mType != NTypes::TYPE_UTF16CHAR)
         return setDefaultValue(mType);
     return *this = std::move(parsed);
 }
