@@ -458,11 +458,13 @@ void tst_CStrTitles::shortTitle_data()
     row("no date", "Scope", "1.60", "Feb 30 2026", 0, " Scope - V1.60 - [  ]");
     row("no date of two pieces", "Scope", "1.60", "Nov 5", 0, " Scope - V1.60 - [  ]");
     row("no date, blank", "Scope", "1.60", " ", 0, " Scope - V1.60 - [  ]");
-    row("number and no date", "Scope", "1.60", "Feb 30 2026", 42, " Scope - V1.60 - [ Build 42 ]");
+    row("number and no date", "Scope", "1.60", "Feb 30 2026", 42,
+        " Scope - V1.60 - [ Build 42 -  ]");
+    row("number and blank", "Scope", "1.60", " ", 1, " Scope - V1.60 - [ Build 1 -  ]");
     row("place markers, neither", "%1 %2 %3", "%1 %2 %3", "", 0, " %1 %2 %3 - V%1 %2 %3");
     row("place markers, number", "%1", "%2", "", 42, " %1 - V%2 - [ Build 42 ]");
     row("place markers, both", "%2", "%1", date, 42, " %2 - V%1 - [ Build 42 - 2026-11-05 ]");
-    row("place markers, no date", "%3", "%4", "%1", 42, " %3 - V%4 - [ Build 42 ]");
+    row("place markers, no date", "%3", "%4", "%1", 42, " %3 - V%4 - [ Build 42 -  ]");
     row("empty, neither", "", "", "", 0, "  - V");
     row("empty, both", "", "", date, 42, "  - V - [ Build 42 - 2026-11-05 ]");
 }

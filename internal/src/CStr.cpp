@@ -498,9 +498,9 @@ QString CStr::createShortApplicationTitle(const QLocale &locale, const QString &
     QStringList build;
     if (buildNumber != 0)
         build += QStringLiteral("Build %1").arg(buildNumber);
-    const QDate date = createQDateFrom__DATE__(buildDate);
-    if (date.isValid())
-        build += date.toString(Qt::ISODate);
+    // Contract: what is no date is empty text, with the separator in front of it.
+    if (!buildDate.isEmpty())
+        build += createQDateFrom__DATE__(buildDate).toString(Qt::ISODate);
     return QStringLiteral("%1 - [ %2 ]").arg(title, build.join(QStringLiteral(" - ")));
 }
 
