@@ -41,7 +41,8 @@ public:
     static const QString PATH_SUBDEVICES;     //!< "subdevices/"
     //! @}
 
-    CFTPath() = delete;
+    //! Does nothing; all members are static.
+    CFTPath() = default;
 
     //! Returns the names of all entry points, EP_INVALID included.
     Q_REQUIRED_RESULT static QMap<EEntryPoint, QString> entryStrMap();

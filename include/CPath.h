@@ -16,7 +16,8 @@
 class K7ECORE_EXPORT CPath
 {
 public:
-    CPath() = delete;
+    //! Does nothing; all members are static.
+    CPath() = default;
 
     //! \name Directories under the root of the installation
     //! @{

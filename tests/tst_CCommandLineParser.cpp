@@ -24,6 +24,7 @@ static_assert(std::has_virtual_destructor_v<CCommandLineParser>);
 static_assert(sizeof(CCommandLineParser) == sizeof(void *) + sizeof(Options));
 static_assert(std::is_nothrow_move_constructible_v<CCommandLineParser>);
 static_assert(std::is_nothrow_move_assignable_v<CCommandLineParser>);
+static_assert(std::is_convertible_v<QStringList *, CCommandLineParser>);
 static_assert(std::is_same_v<decltype(CCommandLineParser::argumentsMap()), Options>);
 
 using Parser = CCommandLineParser;

@@ -11,7 +11,7 @@ Q_DECLARE_METATYPE(CFTPath::EEntryPoint)
 
 namespace {
 
-static_assert(!std::is_constructible_v<CFTPath>);
+static_assert(std::is_trivially_default_constructible_v<CFTPath>);
 static_assert(std::is_same_v<std::underlying_type_t<CFTPath::EEntryPoint>, int>);
 static_assert(std::is_convertible_v<CFTPath::EEntryPoint, int>); // for sets of them
 

@@ -18,7 +18,7 @@ Q_DECLARE_METATYPE(Query)
 
 namespace {
 
-static_assert(!std::is_constructible_v<CPath>);
+static_assert(std::is_trivially_default_constructible_v<CPath>);
 static_assert(std::is_same_v<decltype(&CPath::createDirIfWanted), QString (*)(QString, bool)>);
 
 struct Constant
