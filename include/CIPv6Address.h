@@ -16,6 +16,7 @@ class QDebug;
     1234 (hexadecimal) is stored as the bytes 0x34 and 0x12.
 
     A text can be given in several forms that convert to an address; pass a QString, not a literal.
+    Of pointers only those to unsigned char are taken: any other would be true or false in a QVariant.
 
     Stream layout: the 16 bytes in order, each as qint8, without length or tag.
 */
@@ -35,12 +36,16 @@ public:
     CIPv6Address(const QVariant &value);
     //! \copydoc CIPv6Address(const QByteArray &)
     CIPv6Address(const QString &text);
+    template <class T>
+    CIPv6Address(T *) = delete;
     CIPv6Address(const CIPv6Address &other);
     CIPv6Address(CIPv6Address &&other) noexcept;
     virtual ~CIPv6Address();
 
     CIPv6Address &operator=(const CIPv6Address &other);
     CIPv6Address &operator=(CIPv6Address &&other) noexcept;
+    //! Calls setAddress(): what is not 16 bytes changes nothing.
+    CIPv6Address &operator=(const QByteArray &bytes);
     //! Calls setAddress().
     CIPv6Address &operator=(const QVariant &value);
     //! Calls setAddress().
@@ -58,6 +63,8 @@ public:
     void setAddress(unsigned char *bytes);
     //! \copydoc setAddress(unsigned char *)
     void setAddress(const unsigned char *bytes);
+    template <class T>
+    void setAddress(T *) = delete;
     /*!
         Calls setAddress() with the byte array that \a value holds. A value of any other type, a
         text too, clears the address. Returns false in all cases.

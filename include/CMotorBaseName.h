@@ -45,9 +45,14 @@ public:
     //! The same with a text in UTF-8, or null, not in numeric-number mode. Without this constructor
     //! a literal would choose the one that takes a mode.
     explicit CMotorBaseName(const char *fileBaseName);
-    //! No other pointer is taken for a mode.
+    //! \name No other pointer is taken for a mode @{
     template <class T>
     explicit CMotorBaseName(const T *) = delete;
+    template <class T>
+    CMotorBaseName(const QString &, T *) = delete;
+    template <class T>
+    CMotorBaseName(const QString &, const QString &, const QString &, T *) = delete;
+    //! @}
     //! Copies parts and mode.
     CMotorBaseName(const CMotorBaseName &other);
     //! Moves parts and mode.

@@ -36,6 +36,43 @@ static_assert(std::is_convertible_v<const QString &, CIPv6Address>);
 static_assert(std::is_convertible_v<const CIPv6Address &, QString>);
 static_assert(std::is_convertible_v<const CIPv6Address &, QVariant>);
 
+static_assert(std::is_convertible_v<ConstBytes, CIPv6Address>);
+
+//! Whether a T makes an address, may be set as one, or assigned to one.
+template <class T, class = void>
+constexpr bool kSets = false;
+template <class T>
+constexpr bool kSets<
+    T, std::void_t<decltype(std::declval<CIPv6Address &>().setAddress(std::declval<T>()))>> = true;
+template <class T>
+constexpr bool kTakes = std::is_constructible_v<CIPv6Address, T> &&kSets<T>;
+template <class T>
+constexpr bool kRefuses
+    = !std::is_constructible_v<CIPv6Address,
+                               T> && !kSets<T> && !std::is_assignable_v<CIPv6Address &, T>;
+
+static_assert(kTakes<QByteArray> && kTakes<QByteArray &> && kTakes<const QByteArray &>);
+static_assert(kTakes<QVariant> && kTakes<QVariant &> && kTakes<const QVariant &>);
+static_assert(kTakes<QString> && kTakes<QString &> && kTakes<const QString &>);
+static_assert(kTakes<Bytes> && kTakes<Bytes &> && kTakes<ConstBytes> && kTakes<ConstBytes const &>);
+static_assert(kTakes<unsigned char (&)[16]> && kTakes<const unsigned char (&)[16]>);
+static_assert(kTakes<quint8 *> && kTakes<uchar *>);
+static_assert(std::is_assignable_v<CIPv6Address &, const QByteArray &>);
+static_assert(std::is_assignable_v<CIPv6Address &, QByteArray>);
+static_assert(std::is_assignable_v<CIPv6Address &, const QVariant &>);
+static_assert(std::is_assignable_v<CIPv6Address &, const QString &>);
+static_assert(std::is_assignable_v<CIPv6Address &, CIPv6Address>);
+// No other pointer becomes a bool in a QVariant, which would clear the address.
+static_assert(kRefuses<const qint8 *> && kRefuses<qint8 *>);
+static_assert(kRefuses<const qint8 (&)[16]> && kRefuses<qint8 (&)[16]>);
+static_assert(kRefuses<const char *> && kRefuses<char *> && kRefuses<const char (&)[16]>);
+static_assert(kRefuses<const void *> && kRefuses<void *> && kRefuses<void (*)()>);
+static_assert(kRefuses<const quint16 *> && kRefuses<const char16_t *> && kRefuses<const QChar *>);
+static_assert(kRefuses<volatile unsigned char *> && kRefuses<const volatile unsigned char *>);
+static_assert(kRefuses<const QString *> && kRefuses<const QByteArray *>);
+static_assert(kRefuses<const CIPv6Address *> && kRefuses<unsigned char **>);
+static_assert(kRefuses<std::nullptr_t>);
+
 template <class Argument>
 using SetResult
     = decltype(std::declval<CIPv6Address &>().setAddress(std::declval<const Argument &>()));
@@ -342,6 +379,10 @@ void tst_CIPv6Address::byteArrays()
     CIPv6Address address = own();
     QCOMPARE(address.setAddress(bytes), false); // in both cases
     QCOMPARE(address.byteArray(), copied ? bytes : raw(kOwn));
+
+    CIPv6Address assigned = own();
+    QCOMPARE(&(assigned = bytes), &assigned);
+    QVERIFY(assigned == address);
 
     const CIPv6Address made(bytes);
     QCOMPARE(made.byteArray(), copied ? bytes : QByteArray(16, '\0'));

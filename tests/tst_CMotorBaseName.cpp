@@ -40,6 +40,23 @@ static_assert(!std::is_assignable_v<CMotorBaseName &, bool>);
 static_assert(std::is_assignable_v<CMotorBaseName &, QString>);
 static_assert(std::is_assignable_v<CMotorBaseName &, QLatin1String>);
 
+template <class... T>
+constexpr bool kMakes = std::is_constructible_v<CMotorBaseName, T...>;
+using Text = const QString &;
+
+static_assert(kMakes<const char *> && kMakes<char *> && kMakes<const char (&)[6]>);
+static_assert(kMakes<Text, bool> && kMakes<QLatin1String, bool>);
+static_assert(kMakes<Text, Text, Text, bool>);
+static_assert(kMakes<Text, const bool &> && kMakes<Text, bool &>);
+static_assert(kMakes<Text, int>); // a number is a mode, as anywhere else in the language
+// No pointer is a mode.
+static_assert(!kMakes<const void *> && !kMakes<void *> && !kMakes<const bool *>);
+static_assert(!kMakes<Text, const char *> && !kMakes<Text, char *> && !kMakes<Text, void *>);
+static_assert(!kMakes<Text, const char (&)[4]> && !kMakes<Text, const QString *>);
+static_assert(!kMakes<Text, const bool *> && !kMakes<Text, void (*)()>);
+static_assert(!kMakes<QLatin1String, const char *> && !kMakes<Text, std::nullptr_t>);
+static_assert(!kMakes<Text, Text, Text, const char *> && !kMakes<Text, Text, Text, QString *>);
+
 constexpr QDataStream::Version kVersions[]
     = {QDataStream::Qt_4_6, QDataStream::Qt_5_0, QDataStream::Qt_5_15};
 constexpr int kLong = 100000;

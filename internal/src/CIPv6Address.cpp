@@ -119,6 +119,12 @@ CIPv6Address::~CIPv6Address() = default;
 CIPv6Address &CIPv6Address::operator=(const CIPv6Address &other) = default;
 CIPv6Address &CIPv6Address::operator=(CIPv6Address &&other) noexcept = default;
 
+CIPv6Address &CIPv6Address::operator=(const QByteArray &bytes)
+{
+    setAddress(bytes);
+    return *this;
+}
+
 CIPv6Address &CIPv6Address::operator=(const QVariant &value)
 {
     setAddress(value);
