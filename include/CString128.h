@@ -96,6 +96,16 @@ K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CString128 &string);
 //! \relates CString128 Writes the text in the form CString128("text").
 K7ECORE_EXPORT QDebug operator<<(QDebug debug, const CString128 &string);
 
-Q_DECLARE_METATYPE(CString128)
+/*!
+    \relates CString128
+    The meta-type "CString128", with the stream functions above unless a program registers its own. It is
+    made in the library, whoever asks for it first: what Qt keeps of it outlives a plug-in.
+*/
+template <>
+struct QMetaTypeId<CString128>
+{
+    enum { Defined = 1 };
+    K7ECORE_EXPORT static int qt_metatype_id();
+};
 
 #endif // CSTRING128_H

@@ -96,6 +96,16 @@ K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CString32 &string);
 //! \relates CString32 Writes the text in the form CString32("text").
 K7ECORE_EXPORT QDebug operator<<(QDebug debug, const CString32 &string);
 
-Q_DECLARE_METATYPE(CString32)
+/*!
+    \relates CString32
+    The meta-type "CString32", with the stream functions above unless a program registers its own. It is
+    made in the library, whoever asks for it first: what Qt keeps of it outlives a plug-in.
+*/
+template <>
+struct QMetaTypeId<CString32>
+{
+    enum { Defined = 1 };
+    K7ECORE_EXPORT static int qt_metatype_id();
+};
 
 #endif // CSTRING32_H

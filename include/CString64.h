@@ -96,6 +96,16 @@ K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CString64 &string);
 //! \relates CString64 Writes the text in the form CString64("text").
 K7ECORE_EXPORT QDebug operator<<(QDebug debug, const CString64 &string);
 
-Q_DECLARE_METATYPE(CString64)
+/*!
+    \relates CString64
+    The meta-type "CString64", with the stream functions above unless a program registers its own. It is
+    made in the library, whoever asks for it first: what Qt keeps of it outlives a plug-in.
+*/
+template <>
+struct QMetaTypeId<CString64>
+{
+    enum { Defined = 1 };
+    K7ECORE_EXPORT static int qt_metatype_id();
+};
 
 #endif // CSTRING64_H

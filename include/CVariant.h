@@ -46,10 +46,10 @@ class QDebug;
 
     Stream layout: the content as a QVariant, then the tag as a qint32, in the byte order and
     version of the stream; both are read as they stand, except content that no program should read
-    from a foreign stream: see operator>>(). The library registers the stream functions of the fixed
-    strings (their own layout) and of the date-time record (its 8 bytes in the order of the members,
-    the year as qint16) when it first meets these types; a program's own, registered after that,
-    replace them.
+    from a foreign stream: see operator>>(). The fixed strings (their own layout) and the date-time
+    record (its 8 bytes in the order of the members, the year as qint16) have stream functions as
+    soon as Qt knows their meta-types. Those that a program registers are used instead, whether it
+    does so before its first CVariant or later.
 
     Nothing here throws. Values may be used in different threads, each in one at a time.
 */

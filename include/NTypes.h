@@ -1,6 +1,8 @@
 #ifndef NTYPES_H
 #define NTYPES_H
 
+#include "k7eCoreExport.h"
+
 #include <QMetaType>
 #include <QtGlobal>
 
@@ -73,6 +75,16 @@ struct tsDateTime
 
 } // namespace NTypes
 
-Q_DECLARE_METATYPE(NTypes::tsDateTime)
+/*!
+    The meta-type "NTypes::tsDateTime". Its stream functions, unless a program registers its own, take
+    the 8 bytes in the order of the members, the year as qint16. It is made in the library, whoever
+    asks for it first: what Qt keeps of it outlives a plug-in.
+*/
+template <>
+struct QMetaTypeId<NTypes::tsDateTime>
+{
+    enum { Defined = 1 };
+    K7ECORE_EXPORT static int qt_metatype_id();
+};
 
 #endif // NTYPES_H

@@ -1,6 +1,7 @@
 #include "CString128.h"
 
 #include "FixedString_p.h"
+#include "MetaType_p.h"
 
 // One call per member: what the three fixed strings do is written in FixedString_p.h.
 
@@ -82,4 +83,10 @@ QDataStream &operator>>(QDataStream &in, CString128 &string)
 QDebug operator<<(QDebug debug, const CString128 &string)
 {
     return FixedString::print(debug, "CString128", string);
+}
+
+int QMetaTypeId<CString128>::qt_metatype_id()
+{
+    static const int id = MetaType::registered<CString128>("CString128");
+    return id;
 }

@@ -1,6 +1,7 @@
 #include "CString32.h"
 
 #include "FixedString_p.h"
+#include "MetaType_p.h"
 
 // One call per member: what the three fixed strings do is written in FixedString_p.h.
 
@@ -82,4 +83,10 @@ QDataStream &operator>>(QDataStream &in, CString32 &string)
 QDebug operator<<(QDebug debug, const CString32 &string)
 {
     return FixedString::print(debug, "CString32", string);
+}
+
+int QMetaTypeId<CString32>::qt_metatype_id()
+{
+    static const int id = MetaType::registered<CString32>("CString32");
+    return id;
 }

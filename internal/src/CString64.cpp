@@ -1,6 +1,7 @@
 #include "CString64.h"
 
 #include "FixedString_p.h"
+#include "MetaType_p.h"
 
 // One call per member: what the three fixed strings do is written in FixedString_p.h.
 
@@ -82,4 +83,10 @@ QDataStream &operator>>(QDataStream &in, CString64 &string)
 QDebug operator<<(QDebug debug, const CString64 &string)
 {
     return FixedString::print(debug, "CString64", string);
+}
+
+int QMetaTypeId<CString64>::qt_metatype_id()
+{
+    static const int id = MetaType::registered<CString64>("CString64");
+    return id;
 }

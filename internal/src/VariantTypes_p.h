@@ -8,7 +8,6 @@
 
 #include <QByteArray>
 #include <QChar>
-#include <QDataStream>
 #include <QVariant>
 
 #include <new>
@@ -104,43 +103,8 @@ inline bool isText(NTypes::ETypes type)
 template <Kind K>
 constexpr bool isNumber = K == Kind::Integer || K == Kind::Floating;
 
-inline void save(QDataStream &out, const NTypes::tsDateTime &value)
-{
-    out << value.time.hundredths << value.time.seconds << value.time.minutes << value.time.hours
-        << value.date.day << value.date.month << value.date.year;
-}
-
-inline void load(QDataStream &in, NTypes::tsDateTime &value)
-{
-    in >> value.time.hundredths >> value.time.seconds >> value.time.minutes >> value.time.hours
-        >> value.date.day >> value.date.month >> value.date.year;
-}
-
-template <class String>
-void save(QDataStream &out, const String &value)
-{
-    out << value;
-}
-
-template <class String>
-void load(QDataStream &in, String &value)
-{
-    in >> value;
-}
-
 //! QVariant keeps these bits of a meta-type id.
 constexpr quint32 kContentIdMask = (1U << 30) - 1;
-
-//! Registers \a T, with its stream functions, and returns its meta-type id.
-template <class T>
-int registerContent()
-{
-    const int id = qMetaTypeId<T>();
-    QMetaType::registerStreamOperators(
-        id, [](QDataStream &out, const void *data) { save(out, *static_cast<const T *>(data)); },
-        [](QDataStream &in, void *data) { load(in, *static_cast<T *>(data)); });
-    return id;
-}
 
 //! Returns the meta-type id of \a T; those that are not Qt's own are registered on first use.
 template <class T>
@@ -149,7 +113,7 @@ int contentId()
     if constexpr (QMetaTypeId2<T>::IsBuiltIn)
         return qMetaTypeId<T>();
     else {
-        static const int id = registerContent<T>();
+        static const int id = qMetaTypeId<T>();
         return id;
     }
 }
