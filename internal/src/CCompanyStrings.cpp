@@ -30,11 +30,9 @@ QSettings *CCreateOnFirstUseSettings::settings()
 void CCreateOnFirstUseSettings::Init()
 {
     const QString installed = CPath::constConfigPath(true) + mFileName;
-    // The built-in ones whatever the file's name is. Not a literal in place: Qt keeps the name to
-    // the end of the program, and the library may be unloaded before.
-    const QString file = QFileInfo(installed).isFile()
-        ? installed
-        : QString(QLatin1String(":/k7eCore/data/Setup.Ini"));
+    // The built-in ones whatever the file's name is.
+    const QString file
+        = QFileInfo(installed).isFile() ? installed : QStringLiteral(":/k7eCore/data/Setup.Ini");
     mSettings.reset(new QSettings(file, QSettings::IniFormat));
 }
 
