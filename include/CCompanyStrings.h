@@ -11,7 +11,7 @@
     The settings of an INI file in the directory CPath::constConfigPath(), or those that are built
     in, which are opened when they are first asked for.
 
-    The first call of settings() must not race with another one.
+    Threads may call settings() at once, the first time too. Init() must not race with any call.
 */
 class K7ECORE_EXPORT CCreateOnFirstUseSettings
 {
@@ -42,8 +42,7 @@ private:
 
     They come from the file Setup.Ini in the directory CPath::constConfigPath() if there was one
     when the first of them was asked for, otherwise from the one that is built in; the two are never
-    mixed. What a file does not have is an empty string. Ask for one at start-up, before other
-    threads run.
+    mixed. What a file does not have is an empty string. Threads may ask at once, the first time too.
 */
 class K7ECORE_EXPORT CCompanyStrings
 {

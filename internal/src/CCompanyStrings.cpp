@@ -4,7 +4,12 @@
 
 #include <QFileInfo>
 
+#include <mutex>
+
 namespace {
+
+// Held while settings are looked for and made. Needs no construction: other programs' statics may ask.
+std::mutex creation;
 
 QString productKey(int id, const char *key)
 {
@@ -22,6 +27,7 @@ CCreateOnFirstUseSettings::~CCreateOnFirstUseSettings() = default;
 
 QSettings *CCreateOnFirstUseSettings::settings()
 {
+    const std::lock_guard<std::mutex> lock(creation);
     if (!mSettings)
         Init();
     return mSettings.get();
