@@ -6,6 +6,7 @@
 #include "FloatToInteger_p.h"
 #include "NumberText_p.h"
 #include "TypeTable_p.h"
+#include "VariantContent_p.h"
 #include "VariantTypes_p.h"
 
 #include <QBitArray>
@@ -23,6 +24,7 @@
 // asks for. Content of the tag's own form is read in place: CVariant(5) is the tag I32 over a Qt
 // Int. Content of any other form goes through QVariant, whose conversions decide.
 
+using namespace VariantContent;
 using namespace VariantTypes;
 
 namespace {
@@ -58,6 +60,13 @@ constexpr NTypes::ETypes tagOf()
         return std::is_same_v<typename decltype(row)::Content, T>;
     });
     return tag;
+}
+
+// The bytes of a value whose content is a T.
+template <class T>
+constexpr int bytesOf()
+{
+    return static_cast<int>(TypeTable::kRows[tagOf<T>()].bytes);
 }
 
 // Returns whether Qt converts every From to a To. Contract: it converts an unsigned char to neither
@@ -426,8 +435,7 @@ CVariant::CVariant(char value) : mValue(QByteArray(1, value)), mType(NTypes::TYP
 
 CVariant::CVariant(NTypes::ETypes type)
 {
-    // Unsigned: a negative code is no type either.
-    if (static_cast<unsigned int>(type) <= NTypes::TYPE_CHAR)
+    if (TypeTable::find(type))
         setDefaultValue(type);
 }
 
@@ -589,9 +597,9 @@ CVariant &CVariant::operator=(const QVariant &value)
     // Text by the size of its UTF-8, bytes by their own.
     const auto assignString = [&](const auto &from) {
         const int bytes = value.toByteArray().size();
-        if (bytes < 64)
+        if (bytes < bytesOf<CString32>())
             *this = CString32(from);
-        else if (bytes < 128)
+        else if (bytes < bytesOf<CString64>())
             *this = CString64(from);
         else
             *this = CString128(from);
@@ -1069,13 +1077,13 @@ CVariant::operator QVariant() const
 
 QDataStream &operator<<(QDataStream &out, const CVariant &variant)
 {
-    registerContents();
+    registerTypes();
     return out << variant.mValue << static_cast<qint32>(variant.mType);
 }
 
 QDataStream &operator>>(QDataStream &in, CVariant &variant)
 {
-    registerContents();
+    registerTypes();
     qint32 type = 0;
     ContentGuard::read(in, variant.mValue, type);
     variant.mType = static_cast<NTypes::ETypes>(type);

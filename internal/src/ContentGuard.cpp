@@ -1,6 +1,6 @@
 #include "ContentGuard_p.h"
 
-#include "VariantTypes_p.h"
+#include "VariantContent_p.h"
 
 #include <QBitArray>
 #include <QByteArrayList>
@@ -612,7 +612,7 @@ void Reader::readContent(QVariant &value, int depth)
         return;
     if (mIn.version() >= QDataStream::Qt_4_2)
         mIn >> isNull;
-    int id = static_cast<int>(*type & VariantTypes::kContentIdMask);
+    int id = static_cast<int>(*type & VariantContent::kIdMask);
     if (*type == QMetaType::User) {
         const auto name = read<QByteArray>(mIn);
         id = typeOfName(name);

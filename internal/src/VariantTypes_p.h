@@ -5,34 +5,34 @@
 #include "CString32.h"
 #include "CString64.h"
 #include "NTypes.h"
+#include "TypeTable_p.h"
 
 #include <QByteArray>
 #include <QChar>
-#include <QVariant>
 
-#include <new>
 #include <optional>
 #include <type_traits>
 
 /*!
     \internal
-    What CVariant knows of each data type, as one list of rows that all its operations read, and
-    typed access to the content of a QVariant.
+    What CVariant knows of each data type beside what TypeTable tells, as one list of rows that all its
+    operations read.
 */
 namespace VariantTypes {
 
 enum class Kind { Integer, Floating, FixedString, Bytes, DateTime, Utf16Char };
 
 /*!
-    One data type: its code, its kind, the type \a T that it has as content of a QVariant, and the
-    bytes of a value. Signedness, hexadecimal digits and bits follow from T and the bytes.
+    One data type: its code, its kind, and the type \a T that it has as content of a QVariant. Signedness,
+    hexadecimal digits and bits follow from T and the bytes.
 */
-template <NTypes::ETypes Code, Kind K, class T, int Bytes = sizeof(T)>
+template <NTypes::ETypes Code, Kind K, class T>
 struct Row
 {
     static constexpr NTypes::ETypes code = Code;
     static constexpr Kind kind = K;
-    static constexpr int bytes = Bytes;
+    static constexpr int bytes = static_cast<int>(TypeTable::kRows[Code].bytes);
+    static_assert(K == Kind::FixedString || K == Kind::Bytes || sizeof(T) == bytes);
     using Content = T;
 };
 
@@ -75,15 +75,26 @@ using Types = RowList<
     Row<NTypes::TYPE_U32, Kind::Integer, quint32>, Row<NTypes::TYPE_I32, Kind::Integer, qint32>,
     Row<NTypes::TYPE_F32, Kind::Floating, float>, Row<NTypes::TYPE_U64, Kind::Integer, quint64>,
     Row<NTypes::TYPE_I64, Kind::Integer, qint64>, Row<NTypes::TYPE_F64, Kind::Floating, double>,
-    Row<NTypes::TYPE_STRING32, Kind::FixedString, CString32, 64>,
-    Row<NTypes::TYPE_CHARSTR64, Kind::Bytes, QByteArray, 64>,
-    Row<NTypes::TYPE_STRING128, Kind::FixedString, CString128, 256>,
-    Row<NTypes::TYPE_CHARSTR256, Kind::Bytes, QByteArray, 256>,
+    Row<NTypes::TYPE_STRING32, Kind::FixedString, CString32>,
+    Row<NTypes::TYPE_CHARSTR64, Kind::Bytes, QByteArray>,
+    Row<NTypes::TYPE_STRING128, Kind::FixedString, CString128>,
+    Row<NTypes::TYPE_CHARSTR256, Kind::Bytes, QByteArray>,
     Row<NTypes::TYPE_DATETIME, Kind::DateTime, NTypes::tsDateTime>,
-    Row<NTypes::TYPE_STRING64, Kind::FixedString, CString64, 128>,
-    Row<NTypes::TYPE_CHARSTR128, Kind::Bytes, QByteArray, 128>,
+    Row<NTypes::TYPE_STRING64, Kind::FixedString, CString64>,
+    Row<NTypes::TYPE_CHARSTR128, Kind::Bytes, QByteArray>,
     Row<NTypes::TYPE_UTF16CHAR, Kind::Utf16Char, QChar>,
-    Row<NTypes::TYPE_CHAR, Kind::Bytes, QByteArray, 1>>;
+    Row<NTypes::TYPE_CHAR, Kind::Bytes, QByteArray>>;
+
+//! Returns whether the rows are those of the types that hold values; for static_assert.
+constexpr bool haveAllTypes()
+{
+    for (const TypeTable::Row &type : TypeTable::kRows) {
+        if (Types::any([&type](auto row) { return row.code == type.type; }) != type.holdsValues)
+            return false;
+    }
+    return true;
+}
+static_assert(haveAllTypes());
 
 //! Returns the kind of \a type; nothing for UNKNOWN, F80 and codes that are no type.
 inline std::optional<Kind> kindOf(NTypes::ETypes type)
@@ -102,112 +113,6 @@ inline bool isText(NTypes::ETypes type)
 
 template <Kind K>
 constexpr bool isNumber = K == Kind::Integer || K == Kind::Floating;
-
-//! QVariant keeps these bits of a meta-type id.
-constexpr quint32 kContentIdMask = (1U << 30) - 1;
-
-//! Returns the meta-type id of \a T; those that are not Qt's own are registered on first use.
-template <class T>
-int contentId()
-{
-    if constexpr (QMetaTypeId2<T>::IsBuiltIn)
-        return qMetaTypeId<T>();
-    else {
-        static const int id = qMetaTypeId<T>();
-        return id;
-    }
-}
-
-//! Registers all types that a stream may name.
-inline void registerContents()
-{
-    contentId<CString32>();
-    contentId<CString64>();
-    contentId<CString128>();
-    contentId<NTypes::tsDateTime>();
-}
-
-/*!
-    Returns the content of \a value if that is a \a T, else null.
-
-    The members of QVariant are read directly: userType() and constData() are calls, and this is
-    what each conversion and comparison of a number mostly consists of.
-*/
-template <class T>
-const T *contentOf(const QVariant &value)
-{
-    const QVariant::DataPtr &data = value.data_ptr();
-    if (static_cast<int>(data.type) != contentId<T>())
-        return nullptr;
-    // Numbers are never shared.
-    const bool isShared = !std::is_arithmetic_v<T> && data.is_shared;
-    return static_cast<const T *>(isShared ? data.data.shared->ptr : &data.data);
-}
-
-//! Returns the content of \a value converted to \a T; 0, empty or the null record if it does not.
-template <class T>
-T convertedTo(const QVariant &value)
-{
-    if (const T *content = contentOf<T>(value))
-        return *content;
-    QVariant converted(value);
-    if (!converted.convert(contentId<T>()))
-        return T();
-    return *contentOf<T>(converted);
-}
-
-//! Returns a QVariant that holds \a content as a \a T.
-template <class T>
-std::enable_if_t<!std::is_arithmetic_v<T>, QVariant> toContent(const T &content)
-{
-    return QVariant(contentId<T>(), &content);
-}
-
-//! \overload Does the same for a number without the way through Qt's table of types.
-template <class T>
-std::enable_if_t<std::is_arithmetic_v<T>, QVariant> toContent(T content)
-{
-    QVariant value;
-    QVariant::DataPtr &data = value.data_ptr();
-    data.type = kContentIdMask & static_cast<uint>(contentId<T>());
-    data.is_null = false;
-    new (&data.data) T(content);
-    return value;
-}
-
-//! Returns a bit for the meta-type id of each type that is a number; all of them are below 64.
-constexpr quint64 numberIds()
-{
-    quint64 ids = 0;
-    Types::any([&ids](auto row) {
-        if constexpr (isNumber<row.kind>)
-            ids |= Q_UINT64_C(1) << qMetaTypeId<typename decltype(row)::Content>();
-        return false;
-    });
-    return ids;
-}
-
-/*!
-    Returns whether \a value holds a number. Its members alone are then the whole value: it is never
-    shared, and there is nothing to destroy.
-*/
-inline bool isNumberContent(const QVariant &value)
-{
-    constexpr quint64 kIds = numberIds();
-    const QVariant::DataPtr &data = value.data_ptr();
-    return data.type < 64 && (kIds >> data.type & 1) != 0;
-}
-
-//! Returns a copy of \a value; numbers are copied in place.
-inline QVariant copyOf(const QVariant &value)
-{
-    const auto copyNumber = [](const QVariant &number) {
-        QVariant copy;
-        copy.data_ptr() = number.data_ptr();
-        return copy;
-    };
-    return Q_LIKELY(isNumberContent(value)) ? copyNumber(value) : QVariant(value);
-}
 
 } // namespace VariantTypes
 
