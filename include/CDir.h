@@ -29,6 +29,13 @@
 class K7ECORE_EXPORT CDir
 {
 public:
+    //! What moveToTrash() returns; names that are additions.
+    enum ETrashResult : int {
+        TRASH_MOVED = 0,
+        TRASH_FAILED = 1,       //!< there is no trash directory, or the move failed
+        TRASH_NO_SUCH_PATH = 10 //!< there is a trash directory, but nothing to move
+    };
+
     CDir() = delete;
 
     //! \name Removing
@@ -160,8 +167,9 @@ public:
 
     /*!
         Moves the file or directory \a path into the user's trash, where it gets a record for the
-        desktop's trash tools, and returns 0; 1 if there is no trash directory or the move failed,
-        as it does from another file system; 10 if there is a trash directory but no such path.
+        desktop's trash tools, and returns an ETrashResult: 0; 1 if there is no trash directory or the
+        move failed, as it does from another file system; 10 if there is a trash directory but no such
+        path.
 
         The trash is the first of these directories that is there: $XDG_DATA_HOME/Trash,
         ~/.local/share/Trash and ~/.trash; none is made. If the name is taken there, by an item or by a

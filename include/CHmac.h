@@ -20,6 +20,9 @@
 class K7ECORE_EXPORT CHmac
 {
 public:
+    //! What validateTotp() returns; names that are additions.
+    enum ETotpResult : int { TOTP_ACCEPTED = 0, TOTP_REFUSED = 1, TOTP_WRONG_LENGTH = 2 };
+
     //! Begins a message under \a key, with the hash \a method.
     CHmac(QCryptographicHash::Algorithm method, const QByteArray &key);
 
@@ -60,7 +63,7 @@ public:
     Q_REQUIRED_RESULT static QString totpStr(const QByteArray &key, unsigned long long startTime,
                                              unsigned int timeStep, int digits);
     /*!
-        Returns 0 if \a code is the code of the present step or of one of the \a window steps before
+        Returns an ETotpResult: 0 if \a code is the code of the present step or of one of the \a window steps before
         it, 1 if not, and 2 if it does not have \a digits characters. A \a window of 2^31 and more
         gives 1. The time grows with the window; a comparison does not tell by its time where codes
         differ.

@@ -1,6 +1,7 @@
 #ifndef NK7EGLOBAL_H
 #define NK7EGLOBAL_H
 
+#include <QDataStream>
 #include <QFile>
 #include <QLatin1String>
 #include <QString>
@@ -19,6 +20,12 @@ enum EDirFilter : int {
     DIRFILTER_FILES = 1, //!< files, hidden ones too
     DIRFILTER_DIRS = 2   //!< directories, hidden ones too
 };
+
+//! \name QDataStream in the files of the suite. Additions to what the programs shared before.
+//! @{
+constexpr QDataStream::Version STREAM_VERSION = QDataStream::Qt_5_15;
+constexpr QDataStream::ByteOrder STREAM_BYTE_ORDER = QDataStream::BigEndian;
+//! @}
 
 //! \name MIME types of what is dragged and copied between the views of the programs
 //! @{

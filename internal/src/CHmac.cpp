@@ -117,18 +117,17 @@ QString CHmac::totpStr(const QByteArray &key, unsigned long long startTime, unsi
 int CHmac::validateTotp(const QString &code, const QByteArray &key, unsigned long long startTime,
                         unsigned int timeStep, int digits, unsigned int window)
 {
-    enum Result { Accepted = 0, NoMatch = 1, WrongLength = 2 };
     if (code.size() != digits)
-        return WrongLength;
+        return TOTP_WRONG_LENGTH;
     if (window > static_cast<unsigned int>(std::numeric_limits<int>::max()))
-        return NoMatch;
+        return TOTP_REFUSED;
     const auto last = static_cast<qint64>(window);
     for (qint64 i = last; i >= -last; --i) {
         // Contract: the offset has 32 bits without a sign, so that a negative one is far in the
         // future.
         const quint32 offset = timeStep * static_cast<quint32>(i);
         if (isSameCode(totpStr(key, startTime + offset, timeStep, digits), code))
-            return Accepted;
+            return TOTP_ACCEPTED;
     }
-    return NoMatch;
+    return TOTP_REFUSED;
 }

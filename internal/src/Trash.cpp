@@ -1,5 +1,6 @@
 #include "Trash_p.h"
 
+#include "CDir.h"
 #include "FileSystem_p.h"
 
 #include <QDateTime>
@@ -17,8 +18,6 @@
 // ".trashinfo" behind it, in info/.
 
 namespace {
-
-enum Result { Moved = 0, Failed = 1, NoSuchPath = 10 };
 
 // Returns the trash directory, or a null string if there is none.
 QString trashDirectory()
@@ -101,12 +100,12 @@ int Trash::move(const QString &path)
 {
     const QString trash = trashDirectory();
     if (trash.isNull())
-        return Failed;
+        return CDir::TRASH_FAILED;
     if (const int error = FileSystem::lookUp(path))
-        return saysNothing(error) ? NoSuchPath : Failed;
+        return saysNothing(error) ? CDir::TRASH_NO_SUCH_PATH : CDir::TRASH_FAILED;
     const QString resolved = FileSystem::resolved(path);
     if (resolved.isEmpty())
-        return Failed;
+        return CDir::TRASH_FAILED;
     const QFileInfo item(QDir::cleanPath(QFileInfo(resolved).absoluteFilePath()));
     const QString text = recordText(item.filePath());
     for (int attempt = 1;; ++attempt) {
@@ -115,8 +114,8 @@ int Trash::move(const QString &path)
         if (renaming == FileSystem::Renaming::Taken)
             continue;
         if (renaming == FileSystem::Renaming::Failed)
-            return Failed;
+            return CDir::TRASH_FAILED;
         writeRecord(place.record, text);
-        return Moved;
+        return CDir::TRASH_MOVED;
     }
 }

@@ -4,6 +4,7 @@
 #include "Console.h"
 #include "DeviceReport.h"
 #include "FileError.h"
+#include "SuiteFormat.h"
 
 #include <QDataStream>
 #include <QFile>
@@ -19,7 +20,7 @@ std::optional<CDeviceList> readDeviceList(const QString &fileName, Console &cons
     if (!openInput(file, console))
         return std::nullopt;
     QDataStream in(&file);
-    in.setVersion(QDataStream::Qt_5_15);
+    setSuiteFormat(in);
     CDeviceList list;
     in >> list;
     if (in.status() == QDataStream::ReadPastEnd)

@@ -2,8 +2,8 @@
 
 #include "CUnitParser.h"
 #include "FileError.h"
+#include "SuiteFormat.h"
 
-#include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -12,13 +12,6 @@ namespace {
 
 constexpr quint32 kMagic = 0x4b374f4c;
 constexpr quint32 kFormat = 1;
-
-void setUp(QDataStream &stream)
-{
-    stream.setVersion(QDataStream::Qt_5_15);
-    stream.setByteOrder(QDataStream::BigEndian);
-    stream.setFloatingPointPrecision(QDataStream::DoublePrecision);
-}
 
 void readObject(QDataStream &in, DriveObject &object)
 {
@@ -48,7 +41,7 @@ void writeObjectStream(const QVector<DriveObject> &objects, const QString &fileN
     bool isWritten = file.open(QIODevice::WriteOnly);
     if (isWritten) {
         QDataStream out(&file);
-        setUp(out);
+        setSuiteFormat(out);
         out << kMagic << kFormat << static_cast<quint32>(objects.size());
         for (const DriveObject &object : objects) {
             out << object.index.index << object.index.subIndex << object.name
@@ -67,7 +60,7 @@ std::optional<QVector<DriveObject>> readObjectStream(const QString &fileName, Co
     if (!openInput(file, console))
         return std::nullopt;
     QDataStream in(&file);
-    setUp(in);
+    setSuiteFormat(in);
     quint32 magic = 0;
     quint32 format = 0;
     quint32 count = 0;

@@ -120,7 +120,7 @@ void runOtp(const QStringList &arguments, Console &console)
         console.error(
             QStringLiteral("\"%1\" does not have %2 digits").arg(visible(code)).arg(digits));
     } else if (CHmac::validateTotp(code, *key, asked->start, asked->step, digits, asked->window)
-               != 0) {
+               != CHmac::TOTP_ACCEPTED) {
         console.error(QStringLiteral("\"%1\" is not accepted").arg(visible(code)));
     } else {
         console.out() << "accepted\n";

@@ -13,9 +13,9 @@ void runTrash(const QStringList &arguments, Console &console)
         return;
     const QString path = line.arguments().first();
     switch (CDir::moveToTrash(path)) {
-    case 0:
+    case CDir::TRASH_MOVED:
         return;
-    case 10:
+    case CDir::TRASH_NO_SUCH_PATH:
         reportFileError(path, QStringLiteral("No such file or directory"), console);
         return;
     default:

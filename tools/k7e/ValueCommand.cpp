@@ -3,9 +3,8 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "Console.h"
+#include "SuiteFormat.h"
 #include "ValueText.h"
-
-#include <QDataStream>
 
 namespace {
 
@@ -13,8 +12,7 @@ QString streamText(const CVariant &value)
 {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
-    out.setVersion(QDataStream::Qt_5_15);
-    out.setByteOrder(QDataStream::BigEndian);
+    setSuiteFormat(out);
     out << value;
     return QString::fromLatin1(bytes.toHex());
 }
