@@ -4,7 +4,21 @@
 
 #include <QDataStream>
 
+#include <tuple>
 #include <utility>
+
+namespace {
+
+// The fields in the order of the stream, but for the sub-devices, which come last.
+template <class Item>
+auto fields(Item &item)
+{
+    return std::tie(item.key, item.name, item.hostAddrType, item.hostAddress, item.port,
+                    item.serverName, item.auxText, item.configuration, item.auxFlagA, item.auxFlagB,
+                    item.auxNumberA, item.auxNumberB);
+}
+
+} // namespace
 
 CDeviceItem::CDeviceItem() = default;
 
@@ -31,12 +45,7 @@ void CDeviceItem::addSubDevice(unsigned char subKey, const CSubDeviceItem &item)
 
 bool CDeviceItem::operator==(const CDeviceItem &other) const
 {
-    return key == other.key && name == other.name && hostAddrType == other.hostAddrType
-        && hostAddress == other.hostAddress && port == other.port && serverName == other.serverName
-        && auxText == other.auxText && configuration == other.configuration
-        && subDevices == other.subDevices && auxFlagA == other.auxFlagA
-        && auxFlagB == other.auxFlagB && auxNumberA == other.auxNumberA
-        && auxNumberB == other.auxNumberB;
+    return fields(*this) == fields(other) && subDevices == other.subDevices;
 }
 
 QDataStream &operator<<(QDataStream &out, CDeviceItem::EHostAddrType type)
@@ -54,16 +63,13 @@ QDataStream &operator>>(QDataStream &in, CDeviceItem::EHostAddrType &type)
 
 QDataStream &operator<<(QDataStream &out, const CDeviceItem &item)
 {
-    out << item.key << item.name << item.hostAddrType << item.hostAddress << item.port
-        << item.serverName << item.auxText << item.configuration << item.auxFlagA << item.auxFlagB
-        << item.auxNumberA << item.auxNumberB;
+    std::apply([&out](const auto &...field) { (out << ... << field); }, fields(item));
     MapStream::write(out, item.subDevices);
     return out;
 }
 
 QDataStream &operator>>(QDataStream &in, CDeviceItem &item)
 {
-    return in >> item.key >> item.name >> item.hostAddrType >> item.hostAddress >> item.port
-        >> item.serverName >> item.auxText >> item.configuration >> item.auxFlagA >> item.auxFlagB
-        >> item.auxNumberA >> item.auxNumberB >> item.subDevices;
+    std::apply([&in](auto &...field) { (in >> ... >> field); }, fields(item));
+    return in >> item.subDevices;
 }
