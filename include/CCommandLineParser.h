@@ -20,8 +20,8 @@ class K7ECORE_EXPORT CCommandLineParser
 public:
     //! Reads the arguments of the QCoreApplication.
     CCommandLineParser();
-    //! Reads \a arguments, which may be null and stay with the caller. Implicit: programs pass their
-    //! list where a parser is wanted.
+    //! Reads \a arguments, which may be null and stay with the caller. Implicit: programs pass
+    //! their list where a parser is wanted.
     CCommandLineParser(QStringList *arguments);
     CCommandLineParser(const CCommandLineParser &other);
     CCommandLineParser(CCommandLineParser &&other) noexcept;

@@ -42,7 +42,8 @@ private:
 
     They come from the file Setup.Ini in the directory CPath::constConfigPath() if there was one
     when the first of them was asked for, otherwise from the one that is built in; the two are never
-    mixed. What a file does not have is an empty string. Threads may ask at once, the first time too.
+    mixed. What a file does not have is an empty string. Threads may ask at once, the first time
+    too.
 */
 class K7ECORE_EXPORT CCompanyStrings
 {
@@ -68,7 +69,8 @@ public:
 
     //! \name Images
     //! Paths in the directory CPath::imagePath(), which is made if it is missing; empty if none is
-    //! named. @{
+    //! named.
+    //! @{
     Q_REQUIRED_RESULT static QString
     getImageFile(const QString &key); //!< of a key such as "COMPANY/Logo_16x16"
     Q_REQUIRED_RESULT static QString getLogoAndNameBitmapFile_145x52();

@@ -25,8 +25,9 @@ public:
     CDateTime(CDateTime &&other) noexcept;
     CDateTime(const QDateTime &dateTime);
     /*!
-        Makes the date-time that \a packed reads in \a spec: gives a null one \a spec, then the date,
-        then the time. As QDateTime has it, Qt::OffsetFromUTC is UTC and Qt::TimeZone local time.
+        Makes the date-time that \a packed reads in \a spec: gives a null one \a spec, then the
+        date, then the time. As QDateTime has it, Qt::OffsetFromUTC is UTC and Qt::TimeZone local
+        time.
 
         Of a local reading that the clock shows twice it is the one whose offset from UTC the day
         begins with, or either if that midnight is shown twice itself; one that the clock skips is

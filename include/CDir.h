@@ -15,12 +15,12 @@
     Copies, lists and removes files and directories, and moves them to the trash.
 
     Failures are told by the result; where it is said, a diagnostic goes to the standard output too,
-    with a line break in front and none behind. Nothing is undone after a failure. What cannot be told,
-    for lack of rights or after an error of the disk, counts neither as there nor as gone.
+    with a line break in front and none behind. Nothing is undone after a failure. What cannot be
+    told, for lack of rights or after an error of the disk, counts neither as there nor as gone.
 
-    A directory that is made gets the permissions 775, its missing parents those that the umask leaves.
-    ".." in the path of what is made leads where the system goes, through symbolic links too; behind a
-    directory that does not exist it is taken by its text.
+    A directory that is made gets the permissions 775, its missing parents those that the umask
+    leaves. ".." in the path of what is made leads where the system goes, through symbolic links
+    too; behind a directory that does not exist it is taken by its text.
 
     The walks of trees go through sub-directories in the order of the file system, do not follow
     symbolic links, and leave out hidden entries, broken links and what is neither a file nor a
@@ -48,14 +48,14 @@ public:
     //! taken from the system's temporary directory.
     static bool removeDirectory(const QString &path);
     /*!
-        Removes the directory \a path with all its content, hidden entries too, and returns whether it
-        is gone; a symbolic link alone. True where there is no directory: nothing is there, or a file,
-        which stays. False if the system cannot tell, and for what is never removed: an empty path,
-        "/", and a path that ends in "." or "..".
+        Removes the directory \a path with all its content, hidden entries too, and returns whether
+        it is gone; a symbolic link alone. True where there is no directory: nothing is there, or a
+        file, which stays. False if the system cannot tell, and for what is never removed: an empty
+        path, "/", and a path that ends in "." or "..".
 
-        Goes on after a failure, so that as much as possible is removed. Nothing is reached through a
-        symbolic link in the tree, also if the tree changes meanwhile; no permissions are changed. A
-        kill in between leaves the rest.
+        Goes on after a failure, so that as much as possible is removed. Nothing is reached through
+        a symbolic link in the tree, also if the tree changes meanwhile; no permissions are changed.
+        A kill in between leaves the rest.
     */
     static bool removeDirectoryRecursive(const QString &path);
     /*!
@@ -76,19 +76,20 @@ public:
     //! @{
 
     //! Copies the file \a source, or the one that a link leads to, to \a target, whose directory is
-    //! made if it is missing, and returns whether that went well; an existing target is a failure, and
-    //! so is a source that is no regular file. On failure prints the target. A kill in between leaves
-    //! no part of a target, but maybe one with the permissions 600, or a file "qt_temp." and six
-    //! letters beside it.
+    //! made if it is missing, and returns whether that went well; an existing target is a failure,
+    //! and so is a source that is no regular file. On failure prints the target. A file without a
+    //! size of its own, as in /proc, may come out empty; one that becomes a pipe meanwhile is
+    //! waited for. A kill in between leaves no part of a target, but maybe one with the permissions
+    //! 600, or a file "qt_temp." and six letters beside it.
     static bool copyFile(const QString &source, const QString &target);
     /*!
-        Copies the file \a source to \a target, as copyFile() does, but in the place of what is there,
-        and returns whether that went well.
+        Copies the file \a source to \a target, as copyFile() does, but in the place of what is
+        there, and returns whether that went well.
 
-        Contract: an existing target is first renamed to "~" and its name, which replaces nothing. If
-        that fails, as it does if the name is taken, nothing changes and the result is true; after it
-        the old content is removed even if the copy fails, so that a target that is the source is lost.
-        Callers rely on it.
+        Contract: an existing target is first renamed to "~" and its name, which replaces nothing.
+        If that fails, as it does if the name is taken, nothing changes and the result is true;
+        after it the old content is removed even if the copy fails, so that a target that is the
+        source is lost; only a directory stays, under its new name. Callers rely on it.
 
         A kill in between leaves the old content under the name with "~", with or without a new
         target. As long as it is there, a call that finds a target changes nothing and returns true.
@@ -100,12 +101,12 @@ public:
     /*!
         Copies the tree under the directory \a source into \a target, up to the first failure, and
         returns whether all was copied. Links to files become files and links to directories empty
-        directories. A tree may be copied into itself. If nothing is there to copy, no target is made;
-        an empty target is refused.
+        directories. A tree may be copied into itself. If nothing is there to copy, no target is
+        made; an empty target is refused.
 
         If a directory of the source cannot be read to its end, or a name there cannot be decoded,
-        nothing is copied and the result is false. A kill in between leaves what was copied; each file
-        is there whole or not at all.
+        nothing is copied and the result is false. A kill in between leaves what was copied; each
+        file is there whole or not at all.
     */
     static bool copyDirectoryRecursive(const QString &source, const QString &target);
     /*!
@@ -167,15 +168,16 @@ public:
 
     /*!
         Moves the file or directory \a path into the user's trash, where it gets a record for the
-        desktop's trash tools, and returns an ETrashResult: 0; 1 if there is no trash directory or the
-        move failed, as it does from another file system; 10 if there is a trash directory but no such
-        path.
+        desktop's trash tools, and returns an ETrashResult: 0; 1 if there is no trash directory or
+        the move failed, as it does from another file system; 10 if there is a trash directory but
+        no such path.
 
         The trash is the first of these directories that is there: $XDG_DATA_HOME/Trash,
-        ~/.local/share/Trash and ~/.trash; none is made. If the name is taken there, by an item or by a
-        record, a number is put behind its first part: "a.txt" becomes "a.2.txt"; nothing is replaced.
-        The record has the absolute path as plain text and the local time; whether it could be written
-        is not told. A kill in between leaves the item there without a record.
+        ~/.local/share/Trash and ~/.trash; none is made. If the name is taken there, by an item or
+        by a record, a number is put behind its first part: "a.txt" becomes "a.2.txt"; nothing is
+        replaced. If it cannot be told whether the name is taken, the item stays. The record has the
+        absolute path as plain text and the local time; whether it could be written is not told. A
+        kill in between leaves the item there without a record.
     */
     static int moveToTrash(const QString &path);
 };

@@ -63,10 +63,10 @@ public:
     Q_REQUIRED_RESULT static QString totpStr(const QByteArray &key, unsigned long long startTime,
                                              unsigned int timeStep, int digits);
     /*!
-        Returns an ETotpResult: 0 if \a code is the code of the present step or of one of the \a window steps before
-        it, 1 if not, and 2 if it does not have \a digits characters. A \a window of 2^31 and more
-        gives 1. The time grows with the window; a comparison does not tell by its time where codes
-        differ.
+        Returns an ETotpResult: 0 if \a code is the code of the present step or of one of the \a
+        window steps before it, 1 if not, and 2 if it does not have \a digits characters. A \a
+        window of 2^31 and more gives 1. The time grows with the window; a comparison does not tell
+        by its time where codes differ.
 
         Contract: codes of the steps to come are not accepted. The start time is moved by the step
         times window, window - 1 and so on down to -window, as a number of 32 bits without a sign:

@@ -16,7 +16,8 @@ class QDebug;
     1234 (hexadecimal) is stored as the bytes 0x34 and 0x12.
 
     A text can be given in several forms that convert to an address; pass a QString, not a literal.
-    Of pointers only those to unsigned char are taken: any other would be true or false in a QVariant.
+    Of pointers only those to unsigned char are taken: any other would be true or false in a
+    QVariant.
 
     Stream layout: the 16 bytes in order, each as qint8, without length or tag.
 */

@@ -83,8 +83,8 @@ public:
     //!@}
 
     /*!
-        Returns QString::toFloat() of \a text times \a factor, or 0 and false in \a ok (null allowed)
-        if that fails. \a format is not looked at.
+        Returns QString::toFloat() of \a text times \a factor, or 0 and false in \a ok (null
+        allowed) if that fails. \a format is not looked at.
     */
     static float toF32(const QString &text, unsigned int format, double factor, bool *ok = nullptr);
     //! The same by QString::toDouble().
@@ -119,8 +119,8 @@ public:
         taken for Hex.
 
         - Dec: with decimals, the last digits behind a ".", in a field of width characters (negative:
-          left-aligned). The digits behind the point keep the sign of a negative number: -1234 with 2
-          decimals is "-12.-34".
+          left-aligned). The digits behind the point keep the sign of a negative number: -1234 with
+          2 decimals is "-12.-34".
         - Hex, Dual: width digits, in lower case. Width 0 means all digits of the type; with a lower
           part it means no width for the upper one, which is then filled with zeros on the right to
           as many digits as the lower part has. Negative numbers are a minus sign and the magnitude

@@ -4,8 +4,8 @@
 #include "k7eCoreExport.h"
 
 /*!
-    Powers of ten, rounding to decimal places, a test of raw doubles and CRC-32. Static members only,
-    without a state: all may be called from any thread.
+    Powers of ten, rounding to decimal places, a test of raw doubles and CRC-32. Static members
+    only, without a state: all may be called from any thread.
 */
 class K7ECORE_EXPORT CMath
 {

@@ -45,7 +45,8 @@ public:
     //! The same with a text in UTF-8, or null, not in numeric-number mode. Without this constructor
     //! a literal would choose the one that takes a mode.
     explicit CMotorBaseName(const char *fileBaseName);
-    //! \name No other pointer is taken for a mode @{
+    //! \name No other pointer is taken for a mode
+    //! @{
     template <class T>
     explicit CMotorBaseName(const T *) = delete;
     template <class T>

@@ -66,8 +66,8 @@ public:
     static QString constDataPath(bool create = false);
     //! @}
 
-    //! \name Directories of what programs and users write, made if \a create is set and they are
-    //! missing @{
+    //! \name Directories of what is written, made if \a create is set and they are missing
+    //! @{
     static QString configPath(bool create = false);
     static QString logPath(bool create = false);
     static QString motorPath(bool create = false);

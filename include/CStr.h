@@ -205,8 +205,8 @@ public:
                                                             const QString &extra);
     /*!
         Returns "company application - V1.60 - [ Build 42 - 2026-11-05 ]" with the short name of the
-        company; without the number if it is 0, without the date if \a buildDate is empty, and without
-        the brackets if both is so. \a locale plays no part.
+        company; without the number if it is 0, without the date if \a buildDate is empty, and
+        without the brackets if both is so. \a locale plays no part.
 
         Contract: a \a buildDate that is no date leaves its place empty: "[ Build 42 -  ]".
     */

@@ -98,8 +98,8 @@ K7ECORE_EXPORT QDebug operator<<(QDebug debug, const CString128 &string);
 
 /*!
     \relates CString128
-    The meta-type "CString128", with the stream functions above unless a program registers its own. It is
-    made in the library, whoever asks for it first: what Qt keeps of it outlives a plug-in.
+    The meta-type "CString128", with the stream functions above unless a program registers its own.
+    It is made in the library, whoever asks for it first: what Qt keeps of it outlives a plug-in.
 */
 template <>
 struct QMetaTypeId<CString128>

@@ -54,8 +54,8 @@ public:
 
     /*!
         Reads the table of contents of the archive \a fileName up to the block of zeros at its end,
-        and returns whether it got there. If not, the members before the failure are there all
-        the same, and the archive is open if it could be opened. What has no positions, such as a pipe,
+        and returns whether it got there. If not, the members before the failure are there all the
+        same, and the archive is open if it could be opened. What has no positions, such as a pipe,
         fails at once.
 
         Contract: a size that is no octal number is a failure that leaves error() as it was. Callers
@@ -77,8 +77,8 @@ public:
     Q_REQUIRED_RESULT QList<CTarFileInfo> infos() const { return mInfos; }
 
     //! Reads the data of a member into \a data and returns whether it is all there; if it ends too
-    //! early, \a data holds what there is, after a failure before it is read what it did before. Too little
-    //! memory is such a failure.
+    //! early, \a data holds what there is. A failure before the reading, too little memory
+    //! included, leaves \a data as it was.
     bool file(int index, QByteArray &data);
     //! Reads the data of the first member named \a name in the same way.
     bool file(const QString &name, QByteArray &data);

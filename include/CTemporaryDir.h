@@ -24,8 +24,8 @@ public:
     Q_REQUIRED_RESULT bool isValid() const;
     //! Returns the path, without a "/" at its end; an empty string if the directory was not made.
     Q_REQUIRED_RESULT QString path() const;
-    //! Removes the directory with its content, and returns whether it is gone; warns if not. Nothing is
-    //! reached through a symbolic link.
+    //! Removes the directory with its content, and returns whether it is gone; warns if not.
+    //! Nothing is reached through a symbolic link.
     bool remove();
 
 private:

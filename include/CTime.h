@@ -15,9 +15,9 @@ class QDebug;
     A duration: an unsigned 64-bit count and the unit it is in, from picoseconds to hours.
 
     Conversions go through seconds in double precision: large counts may come out a few units off.
-    What comes to 2^64 and more, below -2^63, or to NaN is the count 2^63. A unit code that is not in
-    ETimeUnit is kept as it is and counts as seconds. The value is implicitly shared. A moved-from
-    object may only be destroyed or assigned.
+    What comes to 2^64 and more, below -2^63, or to NaN is the count 2^63. A unit code that is not
+    in ETimeUnit is kept as it is and counts as seconds. The value is implicitly shared. A
+    moved-from object may only be destroyed or assigned.
 
     Stream layout: the count as qint64 (its bit pattern), the unit code as qint32.
 */

@@ -41,8 +41,8 @@ class QDebug;
     A tag outside 0..20 can only come from a stream, a text constructor or setDefaultValue(). Such a
     value is no number, character buffer or fixed string, and its text is that of the content.
 
-    A QString is assigned as QVariant(text), or parsed with fromStr(): on its own it would convert to
-    each of the fixed strings as well. So would a long to each of the integers.
+    A QString is assigned as QVariant(text), or parsed with fromStr(): on its own it would convert
+    to each of the fixed strings as well. So would a long to each of the integers.
 
     Stream layout: the content as a QVariant, then the tag as a qint32, in the byte order and
     version of the stream; both are read as they stand, except content that no program should read
@@ -365,13 +365,14 @@ K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CVariant &variant
     agree, and any tag is kept. A stream that runs dry leaves tag 0, an empty text, list, map or the
     like, and what is there of a plain record; the stream's status tells.
 
-    A hostile stream ends promptly, in every version and byte order: in time linear in the bytes that
-    are read (but for the sorting of keys), and in at most 4 MiB and 64 times those bytes of memory.
-    Some contents are not taken. They are invalid, with QDataStream::ReadCorruptData:
+    A hostile stream ends promptly, in every version and byte order: in time linear in the bytes
+    that are read (but for the sorting of keys), and in at most 4 MiB and 64 times those bytes of
+    memory. Some contents are not taken. They are invalid, with QDataStream::ReadCorruptData:
     - QRegExp, QEasingCurve, QCborValue, QCborArray and QCborMap; a QUrl whose host, with user and
-      port, has more than 255 bytes, of which some are "%", "xn--" or not ASCII; a QVariantHash whose
-      keys collide with more than 16 others on the average; more than 2^31 - 1 bits; a QDateTime of
-      an unknown time spec or zone. Tag and next value are read from the right place behind them.
+      port, has more than 255 bytes, of which some are "%", "xn--" or not ASCII; a QVariantHash
+      whose keys collide with more than 16 others on the average; more than 2^31 - 1 bits; a
+      QDateTime of an unknown time spec or zone. Tag and next value are read from the right place
+      behind them.
     - Contents of Qt Gui and Qt Widgets; types that are unknown, named in more than 1024 characters
       or without stream functions; lists, maps and hashes nested deeper than 100 levels. The tag is
       read from where they were left.

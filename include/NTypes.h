@@ -76,9 +76,9 @@ struct tsDateTime
 } // namespace NTypes
 
 /*!
-    The meta-type "NTypes::tsDateTime". Its stream functions, unless a program registers its own, take
-    the 8 bytes in the order of the members, the year as qint16. It is made in the library, whoever
-    asks for it first: what Qt keeps of it outlives a plug-in.
+    The meta-type "NTypes::tsDateTime". Its stream functions, unless a program registers its own,
+    take the 8 bytes in the order of the members, the year as qint16. It is made in the library,
+    whoever asks for it first: what Qt keeps of it outlives a plug-in.
 */
 template <>
 struct QMetaTypeId<NTypes::tsDateTime>

@@ -264,6 +264,12 @@ private Q_SLOTS:
     void fewDescriptors();
     void deeperThanPaths();
     void withoutCurrentDirectory();
+    void namesWithZero();
+    void undecodableDirectories();
+    void otherEncoding();
+    void searchPaths();
+    void permissionsOfDots_data();
+    void permissionsOfDots();
     void permissions_data();
     void permissions();
     void fullDisk_data();
@@ -1090,6 +1096,8 @@ void tst_CDir::copyDirectoryRecursive_data()
     copied("broken links and pipes are left out",
            {"d s", "l s/a>gone", "l s/b>b", "p s/c", "f s/d=1", "d s/e", "p s/e/f"}, "s", "t",
            {"d775 t", "f t/d=1", "d775 t/e"});
+    copied("a link to a name that is too long is left out",
+           {"d s", "l s/a>" + QByteArray(300, 'n'), "f s/d=1"}, "s", "t", {"d775 t", "f t/d=1"});
     copied("a link to a pipe is left out", {"d s", "p p", "l s/a>../p", "f s/d=1"}, "s", "t",
            {"d775 t", "f t/d=1"});
     copied("hidden names need not be decoded", {"d s", "f s/.\xff=1", "f s/a=2"}, "s", "t",
@@ -1397,6 +1405,103 @@ void tst_CDir::withoutCurrentDirectory()
     QVERIFY(!QFileInfo::exists(QLatin1Char('/') + name));
     QVERIFY(chdir(tree.root().constData()) == 0);
     QCOMPARE(tree.lines(), Lines{"f644 source=1"});
+}
+
+// A name with a zero in it names nothing, and no part of it does.
+void tst_CDir::namesWithZero()
+{
+    const Lines before{"f a=1", "d d", "f d/x=2", "f b=old"};
+    const FileTree tree(before);
+    QVERIFY(tree.isValid());
+    const auto withZero = [](const char *name) { return text(name) + QChar() + text("/x"); };
+    const QString source = text("a");
+    const MessageRecorder recorder;
+    outputOf([&] {
+        for (const char *name : {"new", "b", "d", "d/new", "x/../b"}) {
+            const QString target = withZero(name);
+            QVERIFY2(!CDir::copyFile(source, target), name);
+            QVERIFY2(!CDir::copyFileF(source, target), name);
+            QVERIFY2(!CDir::copyFile(target, text("c")), name);
+            QVERIFY2(!CDir::copyDirectory(QString(), target), name);
+            QVERIFY2(!kCopyTree(text("d"), target), name);
+        }
+        const QString directory = withZero("d");
+        QVERIFY(!CDir::removeDirectoryRecursive(directory));
+        CDir::removeFileOrDirectory(directory);
+        QCOMPARE(CDir::listFilesAndDirectories(directory), QStringList(directory));
+        QCOMPARE(CDir::listFileAndDirInfos(directory).size(), 1);
+        QVERIFY(kTreeByFlags(directory, {}, QDir::AllEntries).isEmpty());
+        QVERIFY(kListByFlags(directory, {}, QDir::AllEntries).isEmpty());
+        QVERIFY(kListExcluding(directory, Nk7eGlobal::DIRFILTER_ALL, {}).isEmpty());
+    });
+    QCOMPARE(tree.lines(), FileTree::complete(before));
+}
+
+// Where ".." leads through a name that no QString gives, nothing is made elsewhere.
+void tst_CDir::undecodableDirectories()
+{
+    const Lines before{"f s=new", "d \xe9", "d \xe9/sub", "f \xe9/n=old", "l link>\xe9/sub"};
+    const FileTree tree(before);
+    QVERIFY(tree.isValid());
+    const QString source = text(tree.root() + "/s");
+    outputOf([&] {
+        QVERIFY(!CDir::copyFile(source, text("link/../m")));
+        QVERIFY(!CDir::copyFileF(source, text("link/../n")));
+        QVERIFY(!CDir::copyDirectory(QString(), text("link/../d")));
+        QVERIFY(chdir("\xe9") == 0);
+        QVERIFY(!CDir::copyFileF(source, text("sub/../n")));
+        QVERIFY(!CDir::copyDirectory(QString(), text("sub/../d")));
+        QVERIFY(chdir(tree.root().constData()) == 0);
+    });
+    QCOMPARE(tree.lines(), FileTree::complete(before));
+}
+
+// A letter that the encoding of file names does not have is not taken for another.
+void tst_CDir::otherEncoding()
+{
+    const Lines before{"f s=1", "d d?", "f d?/x=2", "f t?=old"};
+    const FileTree tree(before);
+    QVERIFY(tree.isValid());
+    const LocalEncoding latin1("ISO-8859-1");
+    const QString euro(1, QChar(0x20ac));
+    outputOf([&] {
+        QVERIFY(!CDir::removeDirectoryRecursive(text("d") + euro));
+        QVERIFY(!CDir::copyFile(text("s"), text("new") + euro));
+        QVERIFY(!CDir::copyFileF(text("s"), text("t") + euro));
+        QVERIFY(!CDir::copyDirectory(QString(), text("new") + euro));
+    });
+    QCOMPARE(tree.lines(), FileTree::complete(before));
+}
+
+void tst_CDir::searchPaths()
+{
+    const FileTree tree({"d x", "d x/t", "f x/t/a=1", "f x/keep=2"});
+    QVERIFY(tree.isValid());
+    QDir::setSearchPaths(QStringLiteral("place"), {text(tree.root() + "/x")});
+    const bool isGone = CDir::removeDirectoryRecursive(QStringLiteral("place:t"));
+    QDir::setSearchPaths(QStringLiteral("place"), {});
+    QVERIFY(isGone);
+    QCOMPARE(tree.lines(), FileTree::complete({"d x", "f x/keep=2"}));
+    // A resource cannot be removed.
+    QVERIFY(!CDir::removeDirectoryRecursive(QStringLiteral(":/k7eCore")));
+    QVERIFY(CDir::removeDirectoryRecursive(QStringLiteral(":/k7eCore/none")));
+}
+
+void tst_CDir::permissionsOfDots_data()
+{
+    QTest::addColumn<QString>("path");
+
+    for (const char *path : {"n", "n/", "n/.", "n/./", "n//.", "./n/.", "x/../n/."})
+        QTest::newRow(path) << QString::fromLatin1(path);
+}
+
+void tst_CDir::permissionsOfDots()
+{
+    QFETCH(const QString, path);
+    const FileTree tree({"d x"}, 077);
+    QVERIFY(tree.isValid());
+    QVERIFY(CDir::copyDirectory(QString(), path));
+    QCOMPARE(tree.lines(), FileTree::complete({"d x", "d775 n"}));
 }
 
 void tst_CDir::permissions_data()

@@ -8,7 +8,8 @@
 
 namespace {
 
-// Held while settings are looked for and made. Needs no construction: other programs' statics may ask.
+// Held while settings are looked for and made. Needs no construction: other programs' statics may
+// ask.
 std::mutex creation;
 
 QString productKey(int id, const char *key)

@@ -29,8 +29,9 @@ CDateTime::CDateTime(const long long &packed, Qt::TimeSpec spec)
 
 CDateTime::CDateTime(const NTypes::tsDateTime &record, Qt::TimeSpec spec)
 {
-    // Contract: the date before the time, not both at once. Of a reading that a clock shows twice it
-    // then is the one in the half of the year that the day begins in, whatever was converted before.
+    // Contract: the date before the time, not both at once. Of a reading that a clock shows twice
+    // it then is the one in the half of the year that the day begins in, whatever was converted
+    // before.
     mDateTime.setTimeSpec(spec);
     *this = record;
 }

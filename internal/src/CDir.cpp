@@ -28,10 +28,18 @@ void print(const char *format, const QString &text)
     std::printf(format, text.toLocal8Bit().constData());
 }
 
+// Of a path with a zero in it, Qt lists a part of the path, and that without end.
+bool isListable(const QString &path)
+{
+    return !path.contains(QChar::Null);
+}
+
 // Calls 'visit' with an iterator at each entry of the tree under 'path'.
 template <class Visit>
 void walk(const QString &path, const QStringList &nameFilters, QDir::Filters filters, Visit visit)
 {
+    if (!isListable(path))
+        return;
     QDirIterator it(path, nameFilters, filters, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         it.next();
@@ -49,7 +57,8 @@ void addTree(QFileInfoList &entries, const QString &path, const QStringList &nam
 // Copies a file, or the one that a link leads to. Anything else could keep the reader waiting.
 bool copyContent(const QString &source, const QString &target)
 {
-    return QFileInfo(source).isFile() && QFile::copy(source, target);
+    const bool isName = !FileSystem::nativeName(source).isEmpty();
+    return isName && QFileInfo(source).isFile() && QFile::copy(source, target);
 }
 
 } // namespace
@@ -66,7 +75,10 @@ bool CDir::removeDirectory(const QString &path)
 
 bool CDir::removeDirectoryRecursive(const QString &path)
 {
-    return Tree::remove(path);
+    const QFileInfo info(path);
+    // A search path leads to what is removed; a resource stays.
+    const bool isNative = path.isEmpty() || info.isNativePath();
+    return isNative ? Tree::remove(info.filePath()) : !info.exists();
 }
 
 bool CDir::removeFileOrDirectory(const QString &path)
@@ -181,7 +193,8 @@ QDir::Filters CDir::toDirFilter(Nk7eGlobal::EDirFilter filter)
 QFileInfoList CDir::entryInfoList(const QString &path, const QStringList &nameFilters,
                                   QDir::Filters filters)
 {
-    return QDir(path).entryInfoList(nameFilters, filters, QDir::Unsorted);
+    return isListable(path) ? QDir(path).entryInfoList(nameFilters, filters, QDir::Unsorted)
+                            : QFileInfoList();
 }
 
 QFileInfoList CDir::entryInfoList(const QString &path, const QStringList &nameFilters,

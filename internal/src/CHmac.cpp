@@ -15,7 +15,8 @@ namespace {
 
 constexpr int kMaxField = 1 << 28; // characters of a code, well below what a QString can hold
 
-// The low 32 bits of 10^exponent, or 0 if a signed 64-bit integer cannot hold it or it is no integer.
+// The low 32 bits of 10^exponent, or 0 if a signed 64-bit integer cannot hold it or it is no
+// integer.
 quint32 powerOf10(int exponent)
 {
     if (exponent < 0 || exponent > std::numeric_limits<qint64>::digits10)

@@ -27,9 +27,9 @@ SFormatValue unpack(unsigned int format)
 }
 
 /*
-    The type that a scaled number is converted to before it is cut to its own: a signed one of 16 bits
-    at least, of twice the bits for the unsigned types, and for 64 bits the type itself. Contract:
-    values that fit it wrap in the narrower type, so that "300" is I8 44.
+    The type that a scaled number is converted to before it is cut to its own: a signed one of 16
+    bits at least, of twice the bits for the unsigned types, and for 64 bits the type itself.
+    Contract: values that fit it wrap in the narrower type, so that "300" is I8 44.
 */
 template <class T>
 constexpr std::size_t kConversionBytes
@@ -112,9 +112,9 @@ bool isPlain(Part part)
 using Units = QVarLengthArray<ushort, 320>;
 
 /*
-    Appends the rightmost 'width' units of 'part', filled with zeros on the left, without separators.
-    Each group between separators counts for four units, a part without separator for 'single'.
-    A negative width cuts nothing, as in QString::right().
+    Appends the rightmost 'width' units of 'part', filled with zeros on the left, without
+    separators. Each group between separators counts for four units, a part without separator for
+    'single'. A negative width cuts nothing, as in QString::right().
 */
 void appendFitted(Units &to, Part part, int width, int single)
 {
@@ -342,9 +342,9 @@ Number scaledIfOk(Number number, double factor, bool success, bool *ok)
 }
 
 /*
-    What QString::arg(number, width, Base, fill) makes, but negative numbers as sign and magnitude in
-    every base. It grows from the middle of its memory: digits and filling to the left, filling for a
-    negative width to the right.
+    What QString::arg(number, width, Base, fill) makes, but negative numbers as sign and magnitude
+    in every base. It grows from the middle of its memory: digits and filling to the left, filling
+    for a negative width to the right.
 */
 template <int Base>
 class Field
@@ -394,8 +394,8 @@ private:
 };
 
 /*
-    A text that is made in place and then copied into its QString. The longest has two fields, grouped,
-    and a separator between them.
+    A text that is made in place and then copied into its QString. The longest has two fields,
+    grouped, and a separator between them.
 */
 class Text
 {

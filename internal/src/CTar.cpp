@@ -45,6 +45,16 @@ QString message(const char *text)
     return QCoreApplication::translate("CTar", text);
 }
 
+// The text for too little memory, which may be too little for a translation, too.
+QString noMemoryText() noexcept
+{
+    try {
+        return message(kNoMemory);
+    } catch (const std::bad_alloc &) {
+        return QStringLiteral("ERROR: There is not enough memory !");
+    }
+}
+
 // The text of a field: up to its first zero byte, or all of it.
 template <int Width>
 QLatin1String fieldText(const char (&field)[Width])
@@ -93,7 +103,7 @@ bool openToRead(QFile &file, const QString &fileName)
     if (stat(name.constData(), &status) != 0 || !S_ISFIFO(status.st_mode))
         return file.open(kMode);
     const int pipe = open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    return file.open(pipe, kMode, QFileDevice::AutoCloseHandle);
+    return pipe >= 0 && file.open(pipe, kMode, QFileDevice::AutoCloseHandle);
 }
 
 } // namespace
@@ -120,7 +130,7 @@ try {
     if (fileName.isEmpty())
         return fail(QStringLiteral("No file name specified"));
     if (!openToRead(mFile, fileName))
-        return fail(mFile.errorString());
+        return fail(mFile.error() == QFile::NoError ? qt_error_string(errno) : mFile.errorString());
     mFileSize = mFile.size();
     qint64 position = 0;
     bool isEnd = false;
@@ -130,7 +140,7 @@ try {
     return ok;
 } catch (const std::bad_alloc &) {
     mNames.erase(mNames.begin() + mInfos.size(), mNames.end());
-    return fail(message(kNoMemory));
+    return fail(noMemoryText());
 }
 
 bool CTar::readFileHeader(qint64 &position, bool &isEnd)
@@ -164,9 +174,11 @@ bool CTar::readFileHeader(qint64 &position, bool &isEnd)
 int CTar::index(const QString &name) const
 {
     if (mIndexes.isEmpty()) {
-        mIndexes.reserve(mNames.size());
+        QHash<QString, int> indexes; // whole or none, where memory is short
+        indexes.reserve(mNames.size());
         for (int i = mNames.size() - 1; i >= 0; --i)
-            mIndexes.insert(mNames.at(i), i);
+            indexes.insert(mNames.at(i), i);
+        mIndexes.swap(indexes);
     }
     return mIndexes.value(name, -1);
 }
@@ -200,7 +212,7 @@ try {
         return fail(message(kTooFewBytes).arg(data.size()).arg(info.size));
     return true;
 } catch (const std::bad_alloc &) {
-    return fail(message(kNoMemory));
+    return fail(noMemoryText());
 }
 
 bool CTar::file(const QString &name, QByteArray &data)
@@ -209,7 +221,7 @@ try {
     // Contract: the name is not filled in.
     return found < 0 ? fail(message(kNoName)) : file(found, data);
 } catch (const std::bad_alloc &) {
-    return fail(message(kNoMemory));
+    return fail(noMemoryText());
 }
 
 // By the system's own call: QFile::seek() would log what fails. Without a buffer the file is read

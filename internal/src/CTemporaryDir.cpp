@@ -35,8 +35,8 @@ QString CTemporaryDir::path() const
 
 bool CTemporaryDir::remove()
 {
-    // Not by QTemporaryDir, whose walk takes a directory that becomes a link meanwhile for what the link
-    // leads to, and what it cannot see for removed; the warning is the same.
+    // Not by QTemporaryDir, whose walk takes a directory that becomes a link meanwhile for what the
+    // link leads to, and what it cannot see for removed; the warning is the same.
     const bool isGone = isValid() && Tree::remove(path());
     if (isValid() && !isGone) {
         qWarning() << "QTemporaryDir: Unable to remove" << path()

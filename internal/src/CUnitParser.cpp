@@ -7,10 +7,10 @@
 
 #include <iterator>
 
-// Two sources of truth only: kUnits here and the types in TypeTable_p.h. The public maps are filled from
-// them. kUnits is constant-initialised and may be read before any static object exists: kUnits[55] is
-// {UNIT_T_Degree, TYPE_I16, "UNIT_T_Degree"}, which takes the 2 bytes of that type, and row 80 names the
-// date-time.
+// Two sources of truth only: kUnits here and the types in TypeTable_p.h. The public maps are filled
+// from them. kUnits is constant-initialised and may be read before any static object exists:
+// kUnits[55] is {UNIT_T_Degree, TYPE_I16, "UNIT_T_Degree"}, which takes the 2 bytes of that type,
+// and row 80 names the date-time.
 
 namespace {
 

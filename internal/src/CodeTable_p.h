@@ -83,7 +83,8 @@ private:
     static constexpr unsigned int unitOf(char letter) { return static_cast<uchar>(letter); }
     static constexpr unsigned int unitOf(QChar letter) { return letter.unicode(); }
 
-    // Names differ most at their ends and in their lengths; with these numbers few names share a slot.
+    // Names differ most at their ends and in their lengths; with these numbers few names share a
+    // slot.
     template <class Letter>
     static constexpr std::size_t slotOf(const Letter *letters, int size)
     {

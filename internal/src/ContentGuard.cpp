@@ -29,10 +29,10 @@
 #include <optional>
 #include <vector>
 
-// The head of the content is read here, and with it everything that holds other content, a number of
-// elements, or what should not come from a foreign stream; the rest by Qt's own readers.
-// 00 00 00 09 | 00 | ff ff ff ff is a list that claims 2^32 - 1 elements and has none: it ends as
-// an empty list, with QDataStream::ReadPastEnd.
+// The head of the content is read here, and with it everything that holds other content, a number
+// of elements, or what should not come from a foreign stream; the rest by Qt's own readers. 00 00
+// 00 09 | 00 | ff ff ff ff is a list that claims 2^32 - 1 elements and has none: it ends as an
+// empty list, with QDataStream::ReadPastEnd.
 
 namespace {
 
@@ -89,7 +89,8 @@ bool readCounted(QDataStream &in, ReadOne readOne)
     return in.status() == QDataStream::Ok;
 }
 
-// Reads \a total elements; a claim is believed only as far as it is there. Returns false if they are not.
+// Reads \a total elements; a claim is believed only as far as it is there. Returns false if they
+// are not.
 template <class Buffer>
 bool readInto(QDataStream &in, Buffer &buffer, int total)
 {
@@ -183,7 +184,8 @@ quint32 typeOfQt4(quint32 type)
     return type > kSizePolicyOfQt4 && type <= kLastGuiTypeOfQt4 ? type - 1 : type;
 }
 
-// Returns the id that a type has today, given the one it has in the stream; nothing if there was none.
+// Returns the id that a type has today, given the one it has in the stream; nothing if there was
+// none.
 std::optional<quint32> currentType(const QDataStream &in, quint32 type)
 {
     if (in.version() >= QDataStream::Qt_5_0)
@@ -215,7 +217,8 @@ int typeOfName(const QByteArray &name)
                                                      : static_cast<int>(QMetaType::UnknownType);
 }
 
-// Returns whether QUrl reads \a encoded in linear time: it does unless it has to decode a long host.
+// Returns whether QUrl reads \a encoded in linear time: it does unless it has to decode a long
+// host.
 bool isReadByQt(const QByteArray &encoded)
 {
     const int slashes = encoded.indexOf("//");
@@ -280,12 +283,14 @@ private:
 };
 
 /*
-    Returns whether QTimeZone may be asked for a zone of that name. It looks a name up as a file, and
-    else reads it as rules; some rules that cannot be, such as one for month 13, keep it busy for ever.
+    Returns whether QTimeZone may be asked for a zone of that name. It looks a name up as a file,
+    and else reads it as rules; some rules that cannot be, such as one for month 13, keep it busy
+    for ever.
 */
 bool isZoneName(const QString &name)
 {
-    // Letters, digits and the signs of the names that there are, without a way out of the directory.
+    // Letters, digits and the signs of the names that there are, without a way out of the
+    // directory.
     static const QRegularExpression fileName(QStringLiteral("\\A(?!/)[A-Za-z0-9/_+:-]*\\z"));
     // "CET-1CEST,M3.5.0,M10.5.0/3": abbreviation and offset, those of summer time, and when it is.
     static const QRegularExpression rules(QStringLiteral(
@@ -350,8 +355,8 @@ private:
 
     // Of what comes next the end is not known: nothing more can be read.
     void stop() { mIn.setStatus(QDataStream::ReadCorruptData); }
-    // What is here is not taken. The status stays Ok, so that it is read past; an earlier failure is
-    // what counts.
+    // What is here is not taken. The status stays Ok, so that it is read past; an earlier failure
+    // is what counts.
     void refuse() { mHasRefused = mHasRefused || mIn.status() == QDataStream::Ok; }
 
     QDataStream &mIn;
@@ -480,8 +485,8 @@ void Reader::readDateTime(QDateTime &dateTime)
     refuse();
 }
 
-// Returns false if Qt has no such time spec or zone: it makes a value of it all the same, and crashes
-// with that.
+// Returns false if Qt has no such time spec or zone: it makes a value of it all the same, and
+// crashes with that.
 bool Reader::readTimeOf(QDateTime &dateTime)
 {
     const bool isUtcInStream = mIn.version() == QDataStream::Qt_5_0;

@@ -17,8 +17,8 @@
     start with 0xFFFFFFFF and invert the result.
 
     There are two ways with one result. The portable one reads 16 bytes at a time through 16 tables.
-    The other one multiplies polynomials, where the processor can: a block is folded onto the next one
-    until less than a block is left, then to 16 bytes, and the rest goes the portable way.
+    The other one multiplies polynomials, where the processor can: a block is folded onto the next
+    one until less than a block is left, then to 16 bytes, and the rest goes the portable way.
 */
 namespace Crc32 {
 
@@ -82,7 +82,8 @@ inline bool canFold()
     return can;
 }
 
-//! Returns x^\a exponent modulo the polynomial, reflected, and shifted as the multiplication wants it.
+//! Returns x^\a exponent modulo the polynomial, reflected, and shifted as the multiplication wants
+//! it.
 constexpr quint64 power(int exponent)
 {
     // In the reflected form the top bit is x^0, and a step to the right multiplies by x.

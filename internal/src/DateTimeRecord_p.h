@@ -28,7 +28,8 @@ inline NTypes::tsDateTime fromBits(qint64 bits)
     return record;
 }
 
-//! Returns the record of \a date and \a time, each part cut to its field, milliseconds to hundredths.
+//! Returns the record of \a date and \a time, each part cut to its field, milliseconds to
+//! hundredths.
 inline NTypes::tsDateTime fromQt(QDate date, QTime time)
 {
     int year = 0;

@@ -2,7 +2,6 @@
 
 #include "Nk7eGlobal.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
@@ -14,6 +13,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -31,8 +31,8 @@ bool isDirectory(const char *path)
     return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// Makes the directory 'path', which has no "/" at its end, with all missing parents. Returns whether
-// it was made; errno is EEXIST if something is there.
+// Makes the directory 'path', which has no "/" at its end, with all missing parents. Returns
+// whether it was made; errno is EEXIST if something is there.
 bool makeWithParents(const QByteArray &path)
 {
     if (mkdir(path.constData(), 0777) == 0)
@@ -46,19 +46,37 @@ bool makeWithParents(const QByteArray &path)
         && mkdir(path.constData(), 0777) == 0;
 }
 
-QByteArray withoutSeparatorsAtEnd(QByteArray path)
+// Cuts the "/" and "/." at the end of a directory's path.
+QByteArray withoutDotsAtEnd(QByteArray path)
 {
-    while (path.size() > 1 && path.endsWith('/'))
+    while (path.size() > 1 && (path.endsWith('/') || path.endsWith("/.")))
         path.chop(1);
     return path;
 }
 
-// Returns the path of a directory without links in it, or a null string if it cannot be told.
+// Gives a directory that was made its permissions, but not through a link that has taken its place
+// meanwhile.
+void setPermissions(const char *path)
+{
+    const mode_t mode = toMode(Nk7eGlobal::PATH_PERMISSIONS);
+    const int directory = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (directory >= 0) {
+        fchmod(directory, mode);
+        close(directory);
+    } else {
+        // The umask took the right to read it. This way needs /proc.
+        fchmodat(AT_FDCWD, path, mode, AT_SYMLINK_NOFOLLOW);
+    }
+}
+
+// Returns the absolute path of a directory without links in it, or a null string if it cannot be
+// told.
 QString canonicalPath(const QString &path)
 {
     const std::unique_ptr<char, decltype(&std::free)> canonical(
         realpath(FileSystem::nativeName(path).constData(), nullptr), &std::free);
-    return canonical ? QFile::decodeName(canonical.get()) : QString();
+    const QString result = canonical ? QFile::decodeName(canonical.get()) : QString();
+    return FileSystem::nativeName(result) == canonical.get() ? result : QString();
 }
 
 // Returns the directory that ".." behind the absolute path 'path' leads to, or a null string if the
@@ -78,7 +96,9 @@ QString parentOf(const QString &path)
 
 QByteArray FileSystem::nativeName(const QString &path)
 {
-    return path.contains(QChar::Null) ? QByteArray("") : QFile::encodeName(path);
+    const QByteArray name = QFile::encodeName(path);
+    const bool isName = !path.contains(QChar::Null) && QFile::decodeName(name) == path;
+    return isName ? name : QByteArray("");
 }
 
 bool FileSystem::makeDirectory(const QString &path)
@@ -88,11 +108,10 @@ bool FileSystem::makeDirectory(const QString &path)
         return false;
     if (QFileInfo(place).isDir())
         return true;
-    const QByteArray name = withoutSeparatorsAtEnd(nativeName(place));
+    const QByteArray name = withoutDotsAtEnd(nativeName(place));
     if (!makeWithParents(name))
         return errno == EEXIST && isDirectory(name.constData());
-    // Not through a link that has taken its place meanwhile.
-    fchmodat(AT_FDCWD, name.constData(), toMode(Nk7eGlobal::PATH_PERMISSIONS), AT_SYMLINK_NOFOLLOW);
+    setPermissions(name.constData());
     return true;
 }
 
@@ -101,12 +120,14 @@ QString FileSystem::resolved(const QString &path)
     const QLatin1Char separator('/');
     const QLatin1String parent("..");
     const QLatin1String self(".");
+    if (nativeName(path).isEmpty())
+        return QString();
     if (!path.contains(parent))
         return path;
     const QStringList parts = path.split(separator, Qt::SkipEmptyParts);
     if (!parts.contains(parent))
         return path;
-    QString result = path.startsWith(separator) ? QString(separator) : QDir::currentPath();
+    QString result = path.startsWith(separator) ? QString(separator) : canonicalPath(self);
     for (const QString &part : parts) {
         if (result.isEmpty()) // also where the current directory is gone
             return QString();

@@ -11,8 +11,8 @@
 namespace MetaType {
 
 /*!
-    Registers \a T as \a name, together with the stream functions \a save and \a load, and returns its
-    id. Nobody knows the id before, so that functions that a program registers replace these.
+    Registers \a T as \a name, together with the stream functions \a save and \a load, and returns
+    its id. Nobody knows the id before, so that functions that a program registers replace these.
 */
 template <class T>
 int registered(const char *name, QMetaType::SaveOperator save, QMetaType::LoadOperator load)

@@ -101,21 +101,22 @@ int Trash::move(const QString &path)
     const QString trash = trashDirectory();
     if (trash.isNull())
         return CDir::TRASH_FAILED;
-    if (const int error = FileSystem::lookUp(path))
+    const QString place = QFileInfo(path).filePath(); // of a search path, what it leads to
+    if (const int error = FileSystem::lookUp(place))
         return saysNothing(error) ? CDir::TRASH_NO_SUCH_PATH : CDir::TRASH_FAILED;
-    const QString resolved = FileSystem::resolved(path);
+    const QString resolved = FileSystem::resolved(place);
     if (resolved.isEmpty())
         return CDir::TRASH_FAILED;
     const QFileInfo item(QDir::cleanPath(QFileInfo(resolved).absoluteFilePath()));
     const QString text = recordText(item.filePath());
     for (int attempt = 1;; ++attempt) {
-        const Place place(trash, nameAt(attempt, item));
-        const FileSystem::Renaming renaming = moveTo(place, item.filePath());
+        const Place target(trash, nameAt(attempt, item));
+        const FileSystem::Renaming renaming = moveTo(target, item.filePath());
         if (renaming == FileSystem::Renaming::Taken)
             continue;
         if (renaming == FileSystem::Renaming::Failed)
             return CDir::TRASH_FAILED;
-        writeRecord(place.record, text);
+        writeRecord(target.record, text);
         return CDir::TRASH_MOVED;
     }
 }

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,11 +22,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// A removal goes down by openat() of a name and up by openat() of "..", with one directory of the tree
-// open at a time; what it comes back to is known by name and identity. For a/b/c it opens a, removes
-// what is no directory there, opens b in it, then c in that; ".." must be b again, or else b is looked
-// for from the top. Failures on the way need no memory: only an empty directory can be removed, so that
-// the last rmdir tells whether all went well.
+// A removal goes down by openat() of a name and up by openat() of "..", with one directory of the
+// tree open at a time; what it comes back to is known by name and identity. For a/b/c it opens a,
+// removes what is no directory there, opens b in it, then c in that; ".." must be b again, or else
+// b is looked for from the top. Failures on the way need no memory: only an empty directory can be
+// removed, so that the last rmdir tells whether all went well.
 
 namespace {
 
@@ -63,8 +64,8 @@ struct CloseStream
     void operator()(DIR *stream) const { closedir(stream); }
 };
 
-// Calls visit(entry) for the entries of a directory but "." and "..", and returns whether it could be
-// read to its end.
+// Calls visit(entry) for the entries of a directory but "." and "..", and returns whether it could
+// be read to its end.
 template <class Visit>
 bool readDirectory(const Descriptor &directory, Visit visit)
 {
@@ -106,7 +107,8 @@ std::optional<Kind> kindOf(const Descriptor &directory, const dirent &entry)
         const Kind kind = kindOf(status.st_mode);
         return kind == Kind::Directory ? Kind::LinkToDirectory : kind;
     }
-    const bool isBroken = errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+    const bool isBroken
+        = errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG;
     return isBroken ? std::optional<Kind>(Kind::Omitted) : std::nullopt;
 }
 
@@ -220,8 +222,8 @@ private:
         return true;
     }
 
-    // An empty directory can be removed without rights to read it; and what was a directory may be a
-    // link by now.
+    // An empty directory can be removed without rights to read it; and what was a directory may be
+    // a link by now.
     void removeUnopened(const char *name) const
     {
         if (unlinkat(current().number(), name, 0) != 0)
@@ -241,8 +243,8 @@ private:
         return isAbove && removeDirectory(current(), name.c_str());
     }
 
-    // Opens the last level again. The directory below it may have been moved: what is above that now is
-    // no part of the tree.
+    // Opens the last level again. The directory below it may have been moved: what is above that
+    // now is no part of the tree.
     bool climb()
     {
         Descriptor directory = openLevel(mOpen, "..", mLevels.back());
@@ -279,7 +281,7 @@ private:
 } // namespace
 
 bool Tree::list(const QString &root, std::vector<Entry> &entries)
-{
+try {
     if (!QFileInfo(root).isNativePath()) {
         listByQt(root, entries);
         return true;
@@ -305,10 +307,12 @@ bool Tree::list(const QString &root, std::vector<Entry> &entries)
         std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(count), pending.end());
     }
     return isAll;
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 bool Tree::remove(const QString &path)
-{
+try {
     QByteArray entry = FileSystem::nativeName(path);
     // A link with a "/" behind it is still a link to be removed.
     while (entry.endsWith('/'))
@@ -326,4 +330,6 @@ bool Tree::remove(const QString &path)
     if (S_ISLNK(status.st_mode))
         return unlinkat(base.number(), name.constData(), 0) == 0 || errno == ENOENT;
     return !S_ISDIR(status.st_mode) || Removal(std::move(base)).run(name.constData());
+} catch (const std::bad_alloc &) {
+    return false;
 }

@@ -8,8 +8,8 @@
 
 /*!
     \internal
-    What there is to know about each data type: row i is type i. What a value of it holds is told by the
-    rows of VariantTypes.
+    What there is to know about each data type: row i is type i. What a value of it holds is told by
+    the rows of VariantTypes.
 */
 namespace TypeTable {
 

@@ -15,16 +15,16 @@
 
 /*!
     \internal
-    What CVariant knows of each data type beside what TypeTable tells, as one list of rows that all its
-    operations read.
+    What CVariant knows of each data type beside what TypeTable tells, as one list of rows that all
+    its operations read.
 */
 namespace VariantTypes {
 
 enum class Kind { Integer, Floating, FixedString, Bytes, DateTime, Utf16Char };
 
 /*!
-    One data type: its code, its kind, and the type \a T that it has as content of a QVariant. Signedness,
-    hexadecimal digits and bits follow from T and the bytes.
+    One data type: its code, its kind, and the type \a T that it has as content of a QVariant.
+    Signedness, hexadecimal digits and bits follow from T and the bytes.
 */
 template <NTypes::ETypes Code, Kind K, class T>
 struct Row

@@ -5,7 +5,12 @@
 #include "FileError.h"
 #include "ProgressLine.h"
 
+#include <QFile>
 #include <QFileInfo>
+
+#include <cerrno>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -33,8 +38,9 @@ void runCopy(const QStringList &arguments, Console &console)
     const QString source = line.arguments().at(0);
     const QString target = line.arguments().at(1);
     const QFileInfo info(source);
-    if (!info.exists())
-        reportFileError(source, QStringLiteral("No such file or directory"), console);
+    struct stat status;
+    if (stat(QFile::encodeName(source).constData(), &status) != 0)
+        reportFileError(source, qt_error_string(errno), console);
     else if (info.isDir() ? !copyTree(source, target) : !CDir::copyFile(source, target))
         reportFileError(source, QStringLiteral("not copied, or not all of it"), console);
 }

@@ -80,6 +80,21 @@ void run(const QStringList &words, Console &console)
     command->run(arguments, console);
 }
 
+// Returns whether the arguments came as they were typed: a name that is decoded to another one would
+// be that of another file.
+bool areDecoded(int count, char *words[], Console &console)
+{
+    for (int i = 1; i < count; ++i) {
+        const QString word = QString::fromLocal8Bit(words[i]);
+        if (word.toLocal8Bit() == words[i])
+            continue;
+        console.usageError(QStringLiteral("k7e"),
+                           QStringLiteral("\"%1\" is not UTF-8").arg(visible(word)));
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -91,6 +106,7 @@ int main(int argc, char *argv[])
     // A damaged file is reported by the command that reads it; Qt's messages do not name the file.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     Console console;
-    run(QCoreApplication::arguments(), console);
+    if (areDecoded(argc, argv, console))
+        run(QCoreApplication::arguments(), console);
     return console.finish();
 }
