@@ -370,19 +370,20 @@ K7ECORE_EXPORT QDataStream &operator<<(QDataStream &out, const CVariant &variant
     memory. Some contents are not taken. They are invalid, with QDataStream::ReadCorruptData:
     - QRegExp, QEasingCurve, QCborValue, QCborArray and QCborMap; a QUrl whose host, with user and
       port, has more than 255 bytes, of which some are "%", "xn--" or not ASCII; a QVariantHash
-      whose keys collide with more than 16 others on the average; more than 2^31 - 1 bits; a
+      whose entries collide with more than 16 others on the average; more than 2^31 - 1 bits; a
       QDateTime of an unknown time spec or zone. Tag and next value are read from the right place
       behind them.
     - Contents of Qt Gui and Qt Widgets; types that are unknown, named in more than 1024 characters
-      or without stream functions; lists, maps and hashes nested deeper than 100 levels. The tag is
-      read from where they were left.
+      or without stream functions; lists, maps, hashes and variants nested deeper than 100 levels.
+      The tag is read from where they were left.
     - All for which there is no memory; the tag is 0.
 
     A list, map or hash that is cut, or holds what is not taken, is valid and empty; a QVariant in a
     QVariant is valid and holds an invalid one. Bits with more set behind the last are none, with
-    QDataStream::ReadCorruptData. JSON nests as deep as Qt takes it, 1024 levels. A program's own
-    types are read by its own stream functions, in the time and memory that these take;
-    std::bad_alloc does not leave this operator there either.
+    QDataStream::ReadCorruptData. A text of an odd number of bytes is null, with that status, and the
+    tag is read from where it begins. JSON that is none is empty, with that status; it nests as deep
+    as Qt takes it, 1024 levels. A program's own types are read by its own stream functions, in the
+    time and memory that these take; what they throw does not leave this operator either.
 */
 K7ECORE_EXPORT QDataStream &operator>>(QDataStream &in, CVariant &variant);
 

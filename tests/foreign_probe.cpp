@@ -40,6 +40,8 @@ int readLimited()
         head(53) + counted(QByteArray::fromHex("9a3fffffff")),
         head(54) + counted(QByteArray(5000, '\x9B') + QByteArray(8, '\x0F')),
         named("Numbers") + number(0x7FFFFFF0),
+        head(47) + counted('[' + QByteArray("[0],").repeated(8 << 20) + "1]"),
+        head(45) + '\5' + counted('[' + QByteArray("{\"\":1},").repeated(4 << 20) + "1]"),
     };
     setMemoryLimit(800 << 20);
     for (const QByteArray &content : contents) {

@@ -17,7 +17,9 @@
 #include <QRegExp>
 
 #include <cmath>
+#include <new>
 #include <random>
+#include <stdexcept>
 
 using namespace ForeignStreams;
 
@@ -275,9 +277,13 @@ QDataStream &operator<<(QDataStream &out, const Throwing &)
     return out;
 }
 
-QDataStream &operator>>(QDataStream &, Throwing &)
+QDataStream &operator>>(QDataStream &in, Throwing &)
 {
-    throw std::bad_alloc();
+    quint8 isShortOfMemory = 0;
+    in >> isShortOfMemory;
+    if (isShortOfMemory)
+        throw std::bad_alloc();
+    throw std::length_error("too many");
 }
 
 struct WithoutStream
@@ -626,6 +632,17 @@ void tst_CVariantForeign::urls_data()
         "http://b%C3%BC"
         "cher.example/",
         true);
+    // What looks like a long host, but is in another place
+    const QByteArray encodedLetters = QByteArray("%C3%A4").repeated(50);
+    for (const char *before :
+         {"search?url=http://", "?q=http://", "a//", "mailto:x//", "http:/a//", "#//", "x:?//",
+          "/a//", "http:a//", "1http://", "://", "a:b://", "\xc3\xa4://"}) {
+        add((QByteArray(before) + " is no beginning of a host").constData(),
+            before + encodedLetters, true);
+    }
+    for (const char *before : {"//", "http://", "x:////"})
+        add((QByteArray(before) + " and a long host").constData(), before + encodedLetters,
+            QByteArray(before) == "x:////");
     add("name with an umlaut, as ASCII", "http://xn--bcher-kva.example/", true);
     add("host of 255 bytes", "http://" + letters + "/", true);
     add("host of 256 bytes", "http://" + letters + "a/", false);
@@ -680,6 +697,11 @@ void tst_CVariantForeign::hashes_data()
     QTest::newRow("2000 keys that collide") << collidingHash(2000) << false;
     QTest::newRow("2000 keys that collide, each twice")
         << head(28) + number(4000) + collidingHash(2000).mid(9).repeated(2) << false;
+    const CollidingKeys keys;
+    QTest::newRow("2 keys that collide, 2000 times one, then the other")
+        << hashOf(4000, [&](int i) { return keys.key(i / 2000); }) << false;
+    QTest::newRow("2 keys that collide, 2000 times in turn")
+        << hashOf(4000, [&](int i) { return keys.key(i % 2); }) << false;
     // Keys that lie apart until the last of them makes the table grow.
     QHash<int, int> table;
     table.reserve(2000);
@@ -940,13 +962,16 @@ void tst_CVariantForeign::instructions()
 void tst_CVariantForeign::withoutMemory()
 {
     qRegisterMetaTypeStreamOperators<Throwing>();
-    const Read read = readVariant(named("Throwing") + number(16));
-    QVERIFY(!read.content.isValid());
-    QCOMPARE(read.status, int(QDataStream::ReadCorruptData));
-    QCOMPARE(read.tag, 0);
-    const Read inList = readVariant(head(9) + number(1) + named("Throwing") + number(16));
-    QVERIFY(!inList.content.isValid());
-    QCOMPARE(inList.status, int(QDataStream::ReadCorruptData));
+    for (const char *kind : {"\0", "\1"}) {
+        const QByteArray bytes = named("Throwing") + *kind + number(16);
+        const Read read = readVariant(bytes);
+        QVERIFY(!read.content.isValid());
+        QCOMPARE(read.status, int(QDataStream::ReadCorruptData));
+        QCOMPARE(read.tag, 0);
+        const Read inList = readVariant(head(9) + number(1) + bytes);
+        QVERIFY(!inList.content.isValid());
+        QCOMPARE(inList.status, int(QDataStream::ReadCorruptData));
+    }
 #ifdef K7E_SANITIZED
     QSKIP("a sanitizer ends the program where memory is short");
 #else
@@ -954,7 +979,7 @@ void tst_CVariantForeign::withoutMemory()
     probe.start(QStringLiteral(K7E_FOREIGN_PROBE), {QStringLiteral("limited")});
     QVERIFY(probe.waitForFinished(-1));
     QCOMPARE(probe.readAllStandardError(), QByteArray());
-    QCOMPARE(probe.readAllStandardOutput(), QByteArray("2 invalid\n").repeated(6));
+    QCOMPARE(probe.readAllStandardOutput(), QByteArray("2 invalid\n").repeated(8));
     QCOMPARE(probe.exitStatus(), QProcess::NormalExit);
     QCOMPARE(probe.exitCode(), 0);
 #endif

@@ -10,6 +10,7 @@
 #include <QEasingCurve>
 #include <QIODevice>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QLocale>
@@ -23,6 +24,8 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstring>
+#include <exception>
 #include <iterator>
 #include <limits>
 #include <new>
@@ -217,15 +220,28 @@ int typeOfName(const QByteArray &name)
                                                      : static_cast<int>(QMetaType::UnknownType);
 }
 
+// Returns whether a text is the scheme of an URL with the ":" behind it.
+bool isScheme(const char *begin, const char *end)
+{
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    const auto isOther = [](char c) { return (c >= '0' && c <= '9') || std::strchr("+-.", c); };
+    const char *const colon = std::find(begin, end, ':');
+    return colon != begin && colon + 1 == end && isLetter(*begin)
+        && std::all_of(begin, colon, [&](char c) { return c != 0 && (isLetter(c) || isOther(c)); });
+}
+
 // Returns whether QUrl reads \a encoded in linear time: it does unless it has to decode a long
 // host.
 bool isReadByQt(const QByteArray &encoded)
 {
-    const int slashes = encoded.indexOf("//");
-    if (slashes < 0)
-        return true;
-    const auto begin = encoded.cbegin() + slashes + 2;
+    // A host stands at the very beginning, or behind the scheme.
     constexpr char kEnds[] = {'/', '?', '#'};
+    const auto first
+        = std::find_first_of(encoded.cbegin(), encoded.cend(), std::begin(kEnds), std::end(kEnds));
+    if ((first != encoded.cbegin() && !isScheme(encoded.cbegin(), first))
+        || encoded.cend() - first < 2 || first[0] != '/' || first[1] != '/')
+        return true;
+    const auto begin = first + 2;
     const auto end = std::find_first_of(begin, encoded.cend(), std::begin(kEnds), std::end(kEnds));
     if (end - begin <= kMaxEncodedAuthority)
         return true;
@@ -243,42 +259,47 @@ using Hash = QMultiHash<QString, QVariant>;
 class CollisionCount
 {
 public:
-    // Counts what inserting \a key into \a hash takes; returns false if it is too much.
-    bool allows(const Hash &hash, const QString &key)
+    // Counts what inserting \a key takes; returns false if it is too much.
+    bool allows(const QString &key)
     {
-        if (hash.size() >= static_cast<int>(mKeysOfBucket.size()))
-            grow(hash);
-        quint32 &keys = keysBeside(key);
-        mCount += keys;
+        if (mSize >= static_cast<int>(mNodesOfBucket.size()))
+            grow();
+        quint32 &nodes = nodesBeside(key);
+        quint32 &times = mTimesOfKey[key];
+        mCount += nodes - times; // equal keys lie together, the last in front
         constexpr qint64 kPerKey = 16;
         constexpr qint64 kAlways = 1000; // so that a few keys may collide as they like
-        if (mCount > kAlways + kPerKey * hash.size())
+        if (mCount > kAlways + kPerKey * mSize)
             return false;
-        keys += hash.contains(key) ? 0 : 1;
+        ++nodes;
+        ++times;
+        ++mSize;
         return true;
     }
 
 private:
-    quint32 &keysBeside(const QString &key)
+    quint32 &nodesBeside(const QString &key)
     {
-        return mKeysOfBucket[qHash(key, mSeed) % mKeysOfBucket.size()];
+        return mNodesOfBucket[qHash(key, mSeed) % mNodesOfBucket.size()];
     }
 
     // Does what QHash is about to do: scatters the keys over more buckets.
-    void grow(const Hash &hash)
+    void grow()
     {
         QHash<int, int> larger;
-        larger.reserve(hash.size() + 1);
-        mKeysOfBucket.assign(static_cast<std::size_t>(larger.capacity()), 0);
-        const QString *previous = nullptr; // equal keys lie together
-        for (auto it = hash.keyBegin(); it != hash.keyEnd(); previous = &*it, ++it) {
-            if (!previous || *previous != *it)
-                mCount += keysBeside(*it)++;
+        larger.reserve(mSize + 1);
+        mNodesOfBucket.assign(static_cast<std::size_t>(larger.capacity()), 0);
+        for (auto it = mTimesOfKey.cbegin(); it != mTimesOfKey.cend(); ++it) {
+            quint32 &nodes = nodesBeside(it.key());
+            mCount += nodes;
+            nodes += it.value();
         }
     }
 
     const uint mSeed = static_cast<uint>(qGlobalQHashSeed());
-    std::vector<quint32> mKeysOfBucket;
+    std::vector<quint32> mNodesOfBucket;
+    QHash<QString, quint32> mTimesOfKey;
+    int mSize = 0;
     qint64 mCount = 0;
 };
 
@@ -326,6 +347,25 @@ QTimeZone readZone(QDataStream &in)
                      comment);
 }
 
+// Throws std::bad_alloc if there is no memory for what Qt makes of JSON: there, it would end the
+// program. The worst, nested arrays, takes 41 bytes for each of the text.
+void requireMemoryForJson(const QByteArray &text)
+{
+    constexpr std::size_t kFactor = 48;
+    ::operator delete(::operator new(kFactor *static_cast<std::size_t>(text.size())));
+}
+
+QJsonDocument readJsonDocument(QDataStream &in)
+{
+    const auto text = read<QByteArray>(in);
+    requireMemoryForJson(text);
+    QJsonParseError error;
+    QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    if (error.error != QJsonParseError::NoError && !text.isEmpty())
+        in.setStatus(QDataStream::ReadCorruptData);
+    return document;
+}
+
 // Reads one content with all that it holds.
 class Reader
 {
@@ -336,7 +376,7 @@ public:
     bool hasRefused() const { return mHasRefused; }
 
     void readContent(QVariant &value, int depth = 0);
-    void readDateTime(QDateTime &dateTime);
+    bool readDateTime(QDateTime &dateTime);
 
 private:
     void readBody(QVariant &value, int type, int depth);
@@ -400,7 +440,7 @@ QVariant Reader::readHash(int depth)
         readContent(element, depth);
         if (mHasRefused)
             return;
-        isTaken = collisions.allows(hash, key);
+        isTaken = collisions.allows(key);
         if (isTaken)
             hash.insert(key, element);
         else
@@ -413,7 +453,6 @@ QVariant Reader::readHash(int depth)
 
 void Reader::readBits(QVariant &value)
 {
-    // A piece of the stream is put together again, since QBitArray has no other way in.
     quint32 size = 0;
     mIn >> size;
     const auto total = static_cast<int>((static_cast<qint64>(size) + 7) / 8);
@@ -452,9 +491,9 @@ QVariant Reader::readJson()
     case QJsonValue::String:
         return QJsonValue(readText(mIn));
     case QJsonValue::Array:
-        return QJsonValue(read<QJsonArray>(mIn));
+        return QJsonValue(readJsonDocument(mIn).array());
     case QJsonValue::Object:
-        return QJsonValue(read<QJsonObject>(mIn));
+        return QJsonValue(readJsonDocument(mIn).object());
     case QJsonValue::Undefined:
         break;
     default:
@@ -477,12 +516,14 @@ void Reader::skipEasingCurve()
     readCounted(mIn, [this] { skip<double, double, qreal, qreal, qreal>(mIn); });
 }
 
-void Reader::readDateTime(QDateTime &dateTime)
+// Returns whether it is taken; if not, it is null.
+bool Reader::readDateTime(QDateTime &dateTime)
 {
     if (readTimeOf(dateTime))
-        return;
+        return true;
     dateTime = QDateTime();
     refuse();
+    return false;
 }
 
 // Returns false if Qt has no such time spec or zone: it makes a value of it all the same, and
@@ -562,12 +603,20 @@ void Reader::readBody(QVariant &value, int type, int depth)
     case QMetaType::QJsonValue:
         value = readJson();
         return;
+    case QMetaType::QJsonArray:
+        value = readJsonDocument(mIn).array();
+        return;
+    case QMetaType::QJsonObject:
+        value = readJsonDocument(mIn).object();
+        return;
+    case QMetaType::QJsonDocument:
+        value = readJsonDocument(mIn);
+        return;
 
     // What is taken only in part
     case QMetaType::QDateTime: {
         QDateTime dateTime;
-        readDateTime(dateTime);
-        if (!mHasRefused)
+        if (readDateTime(dateTime))
             value = dateTime;
         return;
     }
@@ -645,7 +694,7 @@ void readGuarded(QDataStream &in, ReadFields readFields)
         if (!reader.hasRefused()
             || (isInTransaction(in) && in.status() == QDataStream::ReadPastEnd))
             return;
-    } catch (const std::bad_alloc &) {
+    } catch (const std::exception &) { // a program's own functions may throw any
     }
     if (before == QDataStream::Ok)
         in.resetStatus();
