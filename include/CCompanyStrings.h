@@ -21,7 +21,8 @@ public:
     //! Closes the settings.
     ~CCreateOnFirstUseSettings();
 
-    //! Returns the settings, which stay with this object; the first call calls Init().
+    //! Returns the settings, which stay with this object; the first call opens them as
+    //! Init() does.
     QSettings *settings();
     /*!
         Opens the settings: those of the file if it is there, which must be so at this moment,
@@ -43,7 +44,7 @@ private:
     They come from the file Setup.Ini in the directory CPath::constConfigPath() if there was one
     when the first of them was asked for, otherwise from the one that is built in; the two are never
     mixed. What a file does not have is an empty string. Threads may ask at once, the first time
-    too.
+    too; nobody may when the library's static objects are destroyed, at the end of the program.
 */
 class K7ECORE_EXPORT CCompanyStrings
 {

@@ -30,8 +30,8 @@ public:
         time.
 
         Of a local reading that the clock shows twice it is the one whose offset from UTC the day
-        begins with, or either if that midnight is shown twice itself; one that the clock skips is
-        kept and invalid.
+        begins with, or either if that midnight is shown twice itself, or if another thread converts
+        local times meanwhile; one that the clock skips is kept and invalid.
     */
     CDateTime(const long long &packed, Qt::TimeSpec spec);
     //! Makes the date-time that \a record reads in \a spec, in the same way.
@@ -41,7 +41,8 @@ public:
     CDateTime &operator=(const CDateTime &other);
     CDateTime &operator=(CDateTime &&other) noexcept;
     CDateTime &operator=(const QDateTime &dateTime);
-    //! Takes date and time from \a packed and keeps the time spec.
+    //! Takes date and time from \a packed and keeps the time spec. Of a local reading that the clock
+    //! shows twice it may be either.
     CDateTime &operator=(const long long &packed);
     //! Takes date and time from \a record and keeps the time spec.
     CDateTime &operator=(const NTypes::tsDateTime &record);

@@ -39,6 +39,8 @@ public:
     CIPv6Address(const QString &text);
     template <class T>
     CIPv6Address(T *) = delete;
+    template <class T, class C>
+    CIPv6Address(T C::*) = delete;
     CIPv6Address(const CIPv6Address &other);
     CIPv6Address(CIPv6Address &&other) noexcept;
     virtual ~CIPv6Address();
@@ -66,6 +68,8 @@ public:
     void setAddress(const unsigned char *bytes);
     template <class T>
     void setAddress(T *) = delete;
+    template <class T, class C>
+    void setAddress(T C::*) = delete;
     /*!
         Calls setAddress() with the byte array that \a value holds. A value of any other type, a
         text too, clears the address. Returns false in all cases.

@@ -49,10 +49,18 @@ public:
     //! @{
     template <class T>
     explicit CMotorBaseName(const T *) = delete;
+    template <class R, class... A>
+    explicit CMotorBaseName(R (*)(A...)) = delete;
+    template <class T, class C>
+    explicit CMotorBaseName(T C::*) = delete;
     template <class T>
     CMotorBaseName(const QString &, T *) = delete;
+    template <class T, class C>
+    CMotorBaseName(const QString &, T C::*) = delete;
     template <class T>
     CMotorBaseName(const QString &, const QString &, const QString &, T *) = delete;
+    template <class T, class C>
+    CMotorBaseName(const QString &, const QString &, const QString &, T C::*) = delete;
     //! @}
     //! Copies parts and mode.
     CMotorBaseName(const CMotorBaseName &other);

@@ -38,6 +38,8 @@ static_assert(std::is_convertible_v<const CIPv6Address &, QVariant>);
 
 static_assert(std::is_convertible_v<ConstBytes, CIPv6Address>);
 
+struct SMember;
+
 //! Whether a T makes an address, may be set as one, or assigned to one.
 template <class T, class = void>
 constexpr bool kSets = false;
@@ -72,6 +74,7 @@ static_assert(kRefuses<volatile unsigned char *> && kRefuses<const volatile unsi
 static_assert(kRefuses<const QString *> && kRefuses<const QByteArray *>);
 static_assert(kRefuses<const CIPv6Address *> && kRefuses<unsigned char **>);
 static_assert(kRefuses<std::nullptr_t>);
+static_assert(kRefuses<int SMember::*> && kRefuses<void (SMember::*)()>);
 
 template <class Argument>
 using SetResult

@@ -55,6 +55,9 @@ static_assert(!kMakes<Text, const char *> && !kMakes<Text, char *> && !kMakes<Te
 static_assert(!kMakes<Text, const char (&)[4]> && !kMakes<Text, const QString *>);
 static_assert(!kMakes<Text, const bool *> && !kMakes<Text, void (*)()>);
 static_assert(!kMakes<QLatin1String, const char *> && !kMakes<Text, std::nullptr_t>);
+struct SMember;
+static_assert(!kMakes<void (*)()> && !kMakes<int (*)(int)> && !kMakes<int SMember::*>);
+static_assert(!kMakes<Text, int SMember::*> && !kMakes<Text, Text, Text, int SMember::*>);
 static_assert(!kMakes<Text, Text, Text, const char *> && !kMakes<Text, Text, Text, QString *>);
 
 constexpr QDataStream::Version kVersions[]

@@ -8,9 +8,18 @@
 
 namespace {
 
-// Held while settings are looked for and made. Needs no construction: other programs' statics may
-// ask.
-std::mutex creation;
+// Held while the pointer to settings is read or set. Needs no construction: other programs' statics
+// may ask.
+std::mutex access;
+
+QSettings *openSettings(const QString &fileName)
+{
+    const QString installed = CPath::constConfigPath(true) + fileName;
+    // The built-in ones whatever the file's name is.
+    const QString file
+        = QFileInfo(installed).isFile() ? installed : QStringLiteral(":/k7eCore/data/Setup.Ini");
+    return new QSettings(file, QSettings::IniFormat);
+}
 
 QString productKey(int id, const char *key)
 {
@@ -28,19 +37,23 @@ CCreateOnFirstUseSettings::~CCreateOnFirstUseSettings() = default;
 
 QSettings *CCreateOnFirstUseSettings::settings()
 {
-    const std::lock_guard<std::mutex> lock(creation);
+    {
+        const std::lock_guard<std::mutex> lock(access);
+        if (mSettings)
+            return mSettings.get();
+    }
+    // Not under the lock: a message that is logged there may have a handler that asks for settings.
+    // What was returned first stays.
+    QScopedPointer<QSettings> made(openSettings(mFileName));
+    const std::lock_guard<std::mutex> lock(access);
     if (!mSettings)
-        Init();
+        mSettings.swap(made);
     return mSettings.get();
 }
 
 void CCreateOnFirstUseSettings::Init()
 {
-    const QString installed = CPath::constConfigPath(true) + mFileName;
-    // The built-in ones whatever the file's name is.
-    const QString file
-        = QFileInfo(installed).isFile() ? installed : QStringLiteral(":/k7eCore/data/Setup.Ini");
-    mSettings.reset(new QSettings(file, QSettings::IniFormat));
+    mSettings.reset(openSettings(mFileName));
 }
 
 CCreateOnFirstUseSettings CCompanyStrings::mSettings(QStringLiteral("Setup.Ini"));

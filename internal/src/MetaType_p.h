@@ -12,7 +12,8 @@ namespace MetaType {
 
 /*!
     Registers \a T as \a name, together with the stream functions \a save and \a load, and returns
-    its id. Nobody knows the id before, so that functions that a program registers replace these.
+    its id. A program asks for the id to register functions of its own, so that these are there
+    first and are replaced. To look whether there are some already would call them.
 */
 template <class T>
 int registered(const char *name, QMetaType::SaveOperator save, QMetaType::LoadOperator load)
