@@ -60,13 +60,12 @@ void setPermissions(const char *path)
 {
     const mode_t mode = toMode(Nk7eGlobal::PATH_PERMISSIONS);
     const int directory = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (directory >= 0) {
-        fchmod(directory, mode);
+    const bool isSet = directory >= 0 && fchmod(directory, mode) == 0;
+    if (directory >= 0)
         close(directory);
-    } else {
-        // The umask took the right to read it. This way needs /proc.
+    // The umask may have taken the right to read it. This way needs /proc.
+    if (!isSet)
         fchmodat(AT_FDCWD, path, mode, AT_SYMLINK_NOFOLLOW);
-    }
 }
 
 // Returns the absolute path of a directory without links in it, or a null string if it cannot be
